@@ -1,0 +1,20 @@
+# Warnings and floating-point rules shared by every target of the project.
+#
+# Strict floating point is not negotiable: a document must render to the same bits whatever
+# the thread count, build type or instruction set, so no fused multiply-add contraction and
+# no fast-math anywhere.
+add_library(texture_flags INTERFACE)
+add_library(Texture::flags ALIAS texture_flags)
+target_compile_options(texture_flags INTERFACE
+  -Wall -Wextra -Wpedantic
+  -ffp-contract=off -fno-fast-math)
+
+if(TEXTURE_SANITIZE)
+  target_compile_options(texture_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                                 -fno-sanitize-recover=undefined)
+  target_link_options(texture_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(TEXTURE_TSAN)
+  target_compile_options(texture_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(texture_flags INTERFACE -fsanitize=thread)
+endif()

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "noisepp/core/Pipeline.h"
+
+namespace noisepp {
+
+/// A pipeline whose jobs run on a pool of worker threads.
+///
+/// One mutex guards the pending and finished queues, the executing count and the stop flag.
+/// Workers hold it only to take and return a job; execute runs unlocked. Each job's finish
+/// (and so every progress callback) runs on the thread that called executeJobs, in completion
+/// order. Jobs must write disjoint memory (line jobs each write their own row), which is why
+/// the result never depends on how the lines were shared out.
+template <class Element>
+class ThreadedPipeline : public Pipeline<Element> {
+public:
+    /// Starts `numberOfThreads` workers; 0 throws ParamInvalidException.
+    explicit ThreadedPipeline(std::size_t numberOfThreads) {
+        NOISEPP_REQUIRE(numberOfThreads > 0, "numberOfThreads");
+        mThreads.reserve(numberOfThreads);
+        for (std::size_t i = 0; i < numberOfThreads; ++i) {
+            mThreads.emplace_back([this] { workerLoop(); });
+        }
+    }
+
+    void addJob(PipelineJob* job) override {
+        NOISEPP_REQUIRE(job != nullptr, "job");
+        std::lock_guard lock(mMutex);
+        this->mJobs.push_back(job);
+    }
+
+    void executeJobs() override {
+        mWorkAvailable.notify_all();
+        std::unique_lock lock(mMutex);
+        while (!this->mJobs.empty() || mExecuting > 0 || !mFinished.empty()) {
+            if (mFinished.empty()) mJobDone.wait(lock);
+            while (!mFinished.empty()) {
+                PipelineJob* job = mFinished.front();
+                mFinished.pop_front();
+                lock.unlock();
+                job->finish();
+                delete job;
+                lock.lock();
+            }
+        }
+    }
+
+    ~ThreadedPipeline() override {
+        {
+            std::lock_guard lock(mMutex);
+            mStop = true;
+        }
+        mWorkAvailable.notify_all();
+        for (std::thread& thread : mThreads) thread.join();
+        for (PipelineJob* job : mFinished) delete job;
+    }
+
+    std::size_t getThreadCount() const { return mThreads.size(); }
+
+private:
+    void workerLoop() {
+        std::vector<Cache> cache;
+        std::unique_lock lock(mMutex);
+        while (!mStop) {
+            mWorkAvailable.wait(lock, [this] { return mStop || !this->mJobs.empty(); });
+            if (mStop) break;
+            PipelineJob* job = this->mJobs.front();
+            this->mJobs.pop_front();
+            ++mExecuting;
+            lock.unlock();
+            // One scratch area per thread for the whole run, sized on the first job.
+            if (cache.empty()) cache.resize(this->getElementCount() + 1);
+            job->execute(cache.data());
+            lock.lock();
+            --mExecuting;
+            mFinished.push_back(job);
+            mJobDone.notify_one();
+        }
+    }
+
+    std::vector<std::thread> mThreads;
+    std::mutex mMutex;
+    std::condition_variable mWorkAvailable;
+    std::condition_variable mJobDone;
+    std::deque<PipelineJob*> mFinished;
+    std::size_t mExecuting = 0;
+    bool mStop = false;
+};
+
+using ThreadedPipeline3D = ThreadedPipeline<PipelineElement3D>;
+
+}  // namespace noisepp

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "noisepp/core/Pipeline.h"
+
+namespace noisepp::utils {
+
+/// The process-wide processor count the engine plans its threads with. It is read once, on
+/// first use: the environment variable TEXTURE_THREADS when it holds a positive integer
+/// (hosts set it to honour a --threads option), otherwise the machine's hardware threads.
+std::size_t getProcessorCount();
+
+/// Overrides the processor count for the rest of the process (tests, hosts that know better).
+/// 0 restores the value read at start-up.
+void setProcessorCount(std::size_t count);
+
+/// Creates the pipeline a render uses: a plain pipeline below two processors, otherwise a
+/// threaded one with one worker per processor.
+std::unique_ptr<Pipeline3D> createPipeline();
+
+}  // namespace noisepp::utils
