@@ -1,0 +1,130 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/HostTypes.h"
+#include "host/Node.h"
+#include "host/StateContainer.h"
+
+/// The host's node graph: nodes, links between their plugs, evaluation, events and undo.
+///
+/// Evaluation is pull-based with dirty propagation. A node is dirty after it is added, when
+/// one of its attributes changes, when a link into it changes, and whenever a node upstream
+/// becomes dirty: a re-evaluated texture node deletes the module that downstream module trees
+/// point to, so everything downstream must be evaluated again before it is used. Evaluating a
+/// node first evaluates its dirty upstream nodes in dependency order. An exception escaping a
+/// node's Evaluate is caught here and becomes that node's error state (3) with the exception's
+/// message; the host keeps running.
+///
+/// All operations lock the engine's recursive mutex, so a preview thread may evaluate (the
+/// free function Evaluate) while the user edits on the GUI thread.
+class Engine {
+public:
+    /// Engine-wide event codes sent to delegate handlers (see docs/host.md).
+    enum EventCode : unsigned {
+        kSceneModelsChanged = 6,
+        kSceneModelReloaded = 8,
+        kSceneReplaced = 13,
+        kSceneViewChanged = 14,
+    };
+
+    struct Link {
+        Node* from = nullptr;
+        unsigned outplug = 0;
+        Node* to = nullptr;
+        unsigned inplug = 0;
+    };
+
+    Engine();
+    ~Engine();
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    /// The process-wide engine that hosts and plug-ins share.
+    static Engine* Get();
+
+    // Graph.
+    /// Adds `node` under `id` (unique in this engine) and takes ownership. Returns the node,
+    /// or null with `error` set when the id is taken or empty.
+    Node* AddNode(std::unique_ptr<Node> node, const std::string& id, std::string* error = nullptr);
+    /// Removes the node and its links, and deletes it.
+    void RemoveNode(Node* node);
+    /// Removes every node and link and forgets the undo history.
+    void Clear();
+    Node* FindNode(const std::string& id) const;
+    /// The id the node was added under; empty for a node of another engine.
+    std::string GetNodeId(const Node* node) const;
+    /// Every node, in the order they were added.
+    std::vector<Node*> GetNodes() const;
+
+    /// Links outplug `outplug` of `from` to inplug `inplug` of `to`, replacing the link that
+    /// inplug had. Fails (false, `error` set) when a plug does not exist, the plug types
+    /// differ, or the link would close a cycle.
+    bool Connect(Node* from, unsigned outplug, Node* to, unsigned inplug,
+                 std::string* error = nullptr);
+    /// Removes the link into inplug `inplug` of `to`, if any.
+    void Disconnect(Node* to, unsigned inplug);
+    std::vector<Link> GetLinks() const;
+    /// The link into that inplug, or null.
+    const Link* FindLinkTo(const Node* to, unsigned inplug) const;
+
+    // Attributes.
+    /// Sets an attribute after checking its kind and range (false and `error` otherwise),
+    /// records the change for undo, marks the node dirty and sends it event type 3.
+    bool SetAttributeValue(Node* node, unsigned attributeId, const NodeValue& value,
+                           std::string* error = nullptr);
+
+    // Evaluation.
+    /// Marks `node` and everything downstream of it for re-evaluation.
+    void MarkDirty(Node* node);
+    bool IsDirty(const Node* node) const;
+    /// Evaluates the node's dirty upstream nodes and then the node itself if dirty.
+    /// Returns false when the node ended in the error state.
+    bool EvaluateNode(Node* node);
+    /// Evaluates every dirty node.
+    void EvaluateAll();
+    /// The value on an outplug as of the node's last evaluation (type kNone before).
+    NodeValue GetOutputValue(const Node* node, unsigned outplug) const;
+    /// Called before and after each node's Evaluate (for progress displays); may be empty.
+    void SetEvaluationObserver(std::function<void(Node* node, bool finished)> observer);
+    /// How many node evaluations ran since the engine was made (for summaries and tests).
+    unsigned long long GetEvaluationCount() const;
+
+    // Events.
+    void RegisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler);
+    void UnregisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler);
+    /// Sends an engine event to every registered handler.
+    void SendEvent(unsigned int code, unsigned int parameter = 0);
+
+    // Scene.
+    /// The model files of the document's scene (absolute paths), in document order.
+    const std::vector<std::string>& GetSceneModels() const;
+    /// Replaces the scene's model list and sends kSceneModelsChanged.
+    void SetSceneModels(std::vector<std::string> models);
+
+    // Undo. Changes made between StateRecorderBegin and StateRecorderAccept by the same owner
+    // form one undo step with the label given at Accept. Changes made outside a step (such as
+    // SetAttributeValue) are recorded as steps of their own.
+    static void StateRecorderBegin(Engine* engine, const void* owner, const std::string& label);
+    /// Adds a container (taking ownership) to the open step, or as a step of its own.
+    static void StateRecorderPut(Engine* engine, StateContainer* container);
+    static void StateRecorderAccept(Engine* engine, const void* owner, const std::string& label);
+    bool CanUndo() const;
+    bool CanRedo() const;
+    /// Label of the step Undo would revert; empty when there is none.
+    std::string GetUndoLabel() const;
+    std::string GetRedoLabel() const;
+    bool Undo();
+    bool Redo();
+
+    /// The engine's lock; held during every operation above.
+    std::recursive_mutex& GetMutex() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> mImpl;
+};
