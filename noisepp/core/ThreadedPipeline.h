@@ -75,13 +75,17 @@ private:
             this->mJobs.pop_front();
             ++mExecuting;
             lock.unlock();
-            // One scratch area per thread for the whole run, sized on the first job.
-            if (cache.empty()) cache.resize(this->getElementCount() + 1);
+            // One scratch area per thread, grown only if elements were added between runs.
+            if (cache.size() <= this->getElementCount()) cache.resize(this->getElementCount() + 1);
             job->execute(cache.data());
             lock.lock();
             --mExecuting;
             mFinished.push_back(job);
-            mJobDone.notify_one();
+            // Waking the caller for every line costs a cross-processor wake-up per line; the
+            // caller drains the whole finished queue each time it wakes, so batches suffice.
+            if ((this->mJobs.empty() && mExecuting == 0) || mFinished.size() >= 32) {
+                mJobDone.notify_one();
+            }
         }
     }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "noisepp/core/ThreadedPipeline.h"
+#include "noisepp/utils/ThreadedJobQueue.h"
 
 namespace noisepp::utils {
 namespace {
@@ -14,7 +15,8 @@ std::size_t readProcessorCount() {
     if (const char* text = std::getenv("TEXTURE_THREADS")) {
         char* end = nullptr;
         const long value = std::strtol(text, &end, 10);
-        if (end != text && *end == '\0' && value > 0) return static_cast<std::size_t>(value);
+        if (end != text && *end == '\0' && value > 0)
+            return static_cast<std::size_t>(value);
     }
     const unsigned hardware = std::thread::hardware_concurrency();
     return hardware > 0 ? hardware : 1;
@@ -30,12 +32,22 @@ std::size_t getProcessorCount() {
     return overridden > 0 ? overridden : atStartUp;
 }
 
-void setProcessorCount(std::size_t count) { overrideCount.store(count, std::memory_order_relaxed); }
+void setProcessorCount(std::size_t count) {
+    overrideCount.store(count, std::memory_order_relaxed);
+}
 
 std::unique_ptr<Pipeline3D> createPipeline() {
     const std::size_t processors = getProcessorCount();
-    if (processors < 2) return std::make_unique<Pipeline3D>();
+    if (processors < 2)
+        return std::make_unique<Pipeline3D>();
     return std::make_unique<ThreadedPipeline3D>(processors);
+}
+
+std::unique_ptr<JobQueue> createJobQueue(std::size_t cacheSize) {
+    const std::size_t processors = getProcessorCount();
+    if (processors < 2)
+        return std::make_unique<JobQueue>(cacheSize);
+    return std::make_unique<ThreadedJobQueue>(processors, cacheSize);
 }
 
 }  // namespace noisepp::utils

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "noisepp/core/Pipeline.h"
+#include "noisepp/utils/JobQueue.h"
 
 namespace noisepp::utils {
 
@@ -19,5 +20,9 @@ void setProcessorCount(std::size_t count);
 /// Creates the pipeline a render uses: a plain pipeline below two processors, otherwise a
 /// threaded one with one worker per processor.
 std::unique_ptr<Pipeline3D> createPipeline();
+
+/// Creates a job queue by the same rule: plain below two processors, otherwise threaded with
+/// one worker per processor. Jobs get scratch areas of `cacheSize` records.
+std::unique_ptr<JobQueue> createJobQueue(std::size_t cacheSize = 0);
 
 }  // namespace noisepp::utils

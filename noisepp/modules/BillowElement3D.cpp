@@ -1,0 +1,46 @@
+#include "noisepp/modules/BillowElement3D.h"
+
+#include <cmath>
+#include <utility>
+
+namespace noisepp {
+
+BillowElement3D::BillowElement3D(OctaveTable octaves, std::int32_t quality, double scale,
+                                 bool colorize, const ColourRamp& ramp)
+    : mOctaves(std::move(octaves)),
+      mQuality(quality),
+      mScale(noiseScaleForQuality(scale, quality)),
+      mColorize(colorize),
+      mRamp(ramp) {}
+
+TextureColor BillowElement3D::getValue(double x, double y, double z) const {
+    return withNoiseQuality(mQuality,
+                            [&](auto level) { return evaluate<decltype(level)::value>(x, y, z); });
+}
+
+template <int Quality>
+TextureColor BillowElement3D::evaluate(double x, double y, double z) const {
+    if (mColorize)
+        return applyColourRamp(sumOctaves<Quality>(0.5, x, y, z, 0), mRamp);
+    return perChannelColour(sumOctaves<Quality>(0.0, x, y, z, 0),
+                            sumOctaves<Quality>(0.0, x, y, z, 1),
+                            sumOctaves<Quality>(0.0, x, y, z, 2));
+}
+
+template <int Quality>
+double BillowElement3D::sumOctaves(double start, double x, double y, double z,
+                                   std::int32_t channel) const {
+    const std::size_t n = mOctaves.getWholeOctaveCount();
+    double sum = start;
+    for (std::size_t i = 0; i < n; ++i) {
+        const double v = sampleOctave<Quality>(mOctaves[i], x, y, z, channel) * mScale;
+        sum = sum + (2.0 * std::fabs(v) - 1.0) * mOctaves[i].weight;
+    }
+    if (mOctaves.getFraction() > 0.0) {
+        const double v = sampleOctave<Quality>(mOctaves[n], x, y, z, channel) * mScale;
+        sum = sum + (2.0 * std::fabs(v) - 1.0) * mOctaves[n].weight * mOctaves.getFraction();
+    }
+    return sum;
+}
+
+}  // namespace noisepp

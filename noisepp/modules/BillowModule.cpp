@@ -1,0 +1,14 @@
+#include "noisepp/modules/BillowModule.h"
+
+#include "noisepp/modules/BillowElement3D.h"
+
+namespace noisepp {
+
+std::size_t BillowModule::addToPipeline(Pipeline3D* pipeline) const {
+    NOISEPP_REQUIRE(mOctaveCount >= 0.0, "mOctaveCount");
+    auto* element = new BillowElement3D(makeOctaveTable(*pipeline), mQuality, mScale, mColorize,
+                                        makeColourRamp());
+    return pipeline->addElement(this, element);
+}
+
+}  // namespace noisepp

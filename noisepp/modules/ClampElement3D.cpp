@@ -1,0 +1,26 @@
+#include "noisepp/modules/ClampElement3D.h"
+
+#include <algorithm>
+
+namespace noisepp {
+namespace {
+
+float clampBetween(float value, float lower, float upper) {
+    return std::min(upper, std::max(lower, value));
+}
+
+}  // namespace
+
+ClampElement3D::ClampElement3D(const Pipeline3D& pipeline, std::size_t source,
+                               const TextureColor& lower, const TextureColor& upper)
+    : mSource(pipeline.getElement(source)), mLower(lower), mUpper(upper) {}
+
+TextureColor ClampElement3D::getValue(double x, double y, double z) const {
+    const TextureColor s = mSource->getValue(x, y, z);
+    return {clampBetween(s.red, mLower.red, mUpper.red),
+            clampBetween(s.green, mLower.green, mUpper.green),
+            clampBetween(s.blue, mLower.blue, mUpper.blue),
+            clampBetween(s.opacity, mLower.opacity, mUpper.opacity)};
+}
+
+}  // namespace noisepp

@@ -1,0 +1,23 @@
+#include "noisepp/modules/JoinElement3D.h"
+
+#include "noisepp/modules/ColorGrey.h"
+
+namespace noisepp {
+
+JoinElement3D::JoinElement3D(const Pipeline3D& pipeline, std::size_t source0, std::size_t source1,
+                             std::size_t source2, double red, double green, double blue)
+    : mSource0(pipeline.getElement(source0)),
+      mSource1(pipeline.getElement(source1)),
+      mSource2(pipeline.getElement(source2)),
+      mRed(red),
+      mGreen(green),
+      mBlue(blue) {}
+
+TextureColor JoinElement3D::getValue(double x, double y, double z) const {
+    const float red = greyOf(mSource0->getValue(x, y, z));
+    const float green = greyOf(mSource1->getValue(x, y, z));
+    const float blue = greyOf(mSource2->getValue(x, y, z));
+    return {red, green, blue, 1.0f};
+}
+
+}  // namespace noisepp

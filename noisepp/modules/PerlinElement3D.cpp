@@ -1,0 +1,43 @@
+#include "noisepp/modules/PerlinElement3D.h"
+
+#include <utility>
+
+namespace noisepp {
+
+PerlinElement3D::PerlinElement3D(OctaveTable octaves, std::int32_t quality, double scale,
+                                 bool colorize, const ColourRamp& ramp)
+    : mOctaves(std::move(octaves)),
+      mQuality(quality),
+      mScale(noiseScaleForQuality(scale, quality)),
+      mColorize(colorize),
+      mRamp(ramp) {}
+
+TextureColor PerlinElement3D::getValue(double x, double y, double z) const {
+    return withNoiseQuality(mQuality,
+                            [&](auto level) { return evaluate<decltype(level)::value>(x, y, z); });
+}
+
+template <int Quality>
+TextureColor PerlinElement3D::evaluate(double x, double y, double z) const {
+    if (mColorize)
+        return applyColourRamp(sumOctaves<Quality>(x, y, z, 0), mRamp);
+    return perChannelColour(sumOctaves<Quality>(x, y, z, 0), sumOctaves<Quality>(x, y, z, 1),
+                            sumOctaves<Quality>(x, y, z, 2));
+}
+
+template <int Quality>
+double PerlinElement3D::sumOctaves(double x, double y, double z, std::int32_t channel) const {
+    const std::size_t n = mOctaves.getWholeOctaveCount();
+    double sum = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        const double v = sampleOctave<Quality>(mOctaves[i], x, y, z, channel) * mScale;
+        sum = sum + v * mOctaves[i].weight;
+    }
+    if (mOctaves.getFraction() > 0.0) {
+        const double v = sampleOctave<Quality>(mOctaves[n], x, y, z, channel) * mScale;
+        sum = sum + v * mOctaves.getFraction() * mOctaves[n].weight;
+    }
+    return sum;
+}
+
+}  // namespace noisepp

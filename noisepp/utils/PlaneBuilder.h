@@ -1,0 +1,49 @@
+#pragma once
+
+#include "noisepp/core/Pipeline.h"
+#include "noisepp/core/PipelineElement3D.h"
+#include "noisepp/utils/Builder.h"
+
+namespace noisepp::utils {
+
+/// Samples a texture over the rectangle [lower x, upper x] x [lower y, upper y] of the plane
+/// z = constant, one job per image line.
+///
+/// Pixel (i, j) samples the centre of its cell: x = lower x + (i + 1/2) step x, y = lower y +
+/// (j + 1/2) step y, with x and y advanced by repeated addition of their steps. In seamless
+/// mode every pixel blends four samples one extent apart so that the image tiles (see
+/// SeamlessPlaneLineJob). Progress is reported once per line, on the calling thread.
+/// All fields start at zero (or null, or off).
+class PlaneBuilder : public Builder {
+public:
+    void setBounds(double lowerX, double lowerY, double upperX, double upperY) {
+        mLowerBoundX = lowerX;
+        mLowerBoundY = lowerY;
+        mUpperBoundX = upperX;
+        mUpperBoundY = upperY;
+    }
+    /// The constant third coordinate of every sample.
+    void setZValue(double z) { mZValue = z; }
+    void setSeamless(bool seamless) { mSeamless = seamless; }
+
+    /// Compiles the module into a pipeline of its own (threaded on machines with two or more
+    /// processors) and fills the destination.
+    void build() override;
+    /// Fills the destination from `element`, queueing the line jobs on `pipeline` (which must
+    /// own the element); the module is not used then. With a null pipeline this is build().
+    /// Throws ParamInvalidException for bad parameters (destination, width, height, then the x
+    /// and y bounds, which must be strictly increasing, then a missing module or element).
+    void build(Pipeline3D* pipeline, const PipelineElement3D* element);
+    /// One step per line.
+    std::int32_t getStepCount() const override { return mHeight; }
+
+private:
+    double mLowerBoundX = 0.0;
+    double mLowerBoundY = 0.0;
+    double mUpperBoundX = 0.0;
+    double mUpperBoundY = 0.0;
+    double mZValue = 0.0;
+    bool mSeamless = false;
+};
+
+}  // namespace noisepp::utils

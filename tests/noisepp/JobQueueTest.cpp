@@ -1,0 +1,128 @@
+// Covers: the plain job queue's execute-then-finish order, the threaded queue running every job
+// once with finish on the caller, zeroed per-thread scratch areas of the requested size,
+// deletion of jobs never run, the zero-thread refusal, and the creation rule by processor count.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "noisepp/core/Exception.h"
+#include "noisepp/utils/ProcessorCount.h"
+#include "noisepp/utils/ThreadedJobQueue.h"
+
+namespace noisepp::utils {
+namespace {
+
+struct Log {
+    std::vector<std::pair<char, int>> events;  // only touched on the calling thread (finish)
+    std::vector<std::atomic<int>> executed;    // one count per job
+    std::vector<std::thread::id> finishThreads;
+    std::atomic<int> dirtyScratch{0};
+    std::atomic<int> deleted{0};
+    explicit Log(int jobs) : executed(jobs) {}
+};
+
+class TracingJob : public PipelineJob {
+public:
+    TracingJob(int id, Log* log, std::size_t cacheSize, bool recordExecute)
+        : mId(id), mLog(log), mCacheSize(cacheSize), mRecordExecute(recordExecute) {}
+    ~TracingJob() override { ++mLog->deleted; }
+    void execute(Cache* cache) override {
+        ++mLog->executed[mId];
+        for (std::size_t i = 0; i < mCacheSize; ++i) {
+            // Jobs are expected to clear what they use; this one checks that the area started
+            // clean only on its thread's first job, then dirties it.
+            mLog->dirtyScratch += cache[i].state != 0 && cache[i].state != 1;
+            cache[i].state = 1;
+        }
+        if (mRecordExecute)
+            mLog->events.emplace_back('e', mId);
+    }
+    void finish() override {
+        mLog->events.emplace_back('f', mId);
+        mLog->finishThreads.push_back(std::this_thread::get_id());
+    }
+
+private:
+    int mId;
+    Log* mLog;
+    std::size_t mCacheSize;
+    bool mRecordExecute;
+};
+
+TEST(JobQueue, FinishFollowsEachExecuteInQueueOrder) {
+    Log log(3);
+    JobQueue queue(2);
+    for (int i = 0; i < 3; ++i)
+        queue.addJob(new TracingJob(i, &log, 2, true));
+    queue.executeJobs();
+    const std::vector<std::pair<char, int>> expected{{'e', 0}, {'f', 0}, {'e', 1},
+                                                     {'f', 1}, {'e', 2}, {'f', 2}};
+    EXPECT_EQ(log.events, expected);
+    EXPECT_EQ(log.deleted.load(), 3);
+    EXPECT_EQ(log.dirtyScratch.load(), 0);
+    EXPECT_THROW(queue.addJob(nullptr), ParamInvalidException);
+}
+
+TEST(ThreadedJobQueue, RunsEveryJobOnceAndFinishesOnTheCaller) {
+    ThreadedJobQueue queue(3, 4);
+    EXPECT_EQ(queue.getThreadCount(), 3u);
+    for (int round = 0; round < 3; ++round) {
+        Log log(300);
+        for (int i = 0; i < 300; ++i)
+            queue.addJob(new TracingJob(i, &log, 4, false));
+        queue.executeJobs();
+        for (int i = 0; i < 300; ++i)
+            EXPECT_EQ(log.executed[i].load(), 1) << i;
+        EXPECT_EQ(log.events.size(), 300u);
+        EXPECT_EQ(log.deleted.load(), 300);
+        EXPECT_EQ(log.dirtyScratch.load(), 0);
+        for (const auto& id : log.finishThreads)
+            EXPECT_EQ(id, std::this_thread::get_id());
+    }
+    queue.executeJobs();  // nothing queued: returns at once
+}
+
+TEST(ThreadedJobQueue, ZeroThreadsIsRefusedAndUnrunJobsAreDeleted) {
+    try {
+        ThreadedJobQueue queue(0);
+        ADD_FAILURE() << "no exception";
+    } catch (const ParamInvalidException& e) {
+        const std::string message = e.what();
+        EXPECT_EQ(message.rfind("invalid parameter for 'numberOfThreads' in '", 0), 0u);
+        EXPECT_NE(message.find(": assertion 'numberOfThreads > 0' failed"), std::string::npos);
+    }
+    Log log(2);
+    {
+        ThreadedJobQueue queue(2);
+        queue.addJob(new TracingJob(0, &log, 0, false));
+        queue.addJob(new TracingJob(1, &log, 0, false));
+    }
+    // Workers may pick up queued jobs before executeJobs; either way none leaks.
+    EXPECT_EQ(log.deleted.load(), 2);
+}
+
+TEST(JobQueue, CreationFollowsTheProcessorCount) {
+    setProcessorCount(1);
+    auto plain = createJobQueue();
+    EXPECT_EQ(dynamic_cast<ThreadedJobQueue*>(plain.get()), nullptr);
+    setProcessorCount(2);
+    auto threaded = createJobQueue(8);
+    auto* asThreaded = dynamic_cast<ThreadedJobQueue*>(threaded.get());
+    ASSERT_NE(asThreaded, nullptr);
+    EXPECT_EQ(asThreaded->getThreadCount(), 2u);
+    Log log(20);
+    for (int i = 0; i < 20; ++i)
+        threaded->addJob(new TracingJob(i, &log, 8, false));
+    threaded->executeJobs();
+    EXPECT_EQ(log.deleted.load(), 20);
+    EXPECT_EQ(log.dirtyScratch.load(), 0);
+    setProcessorCount(0);
+}
+
+}  // namespace
+}  // namespace noisepp::utils

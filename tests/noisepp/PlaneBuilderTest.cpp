@@ -1,0 +1,354 @@
+// Covers: where the plane builder samples (cell centres, a 1 x 1 build, the z value, positions
+// accumulated by repeated addition), the seamless blend, progress reports (count, values,
+// calling thread, restart per build), parameter checks with their order and messages, building
+// on a given pipeline, a diamond tree sharing one element, and bit-identical images from the
+// plain and the threaded pipelines.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "CoreTestModules.h"
+#include "noisepp/core/ThreadedPipeline.h"
+#include "noisepp/modules/BillowModule.h"
+#include "noisepp/modules/PerlinModule.h"
+#include "noisepp/modules/RidgedMultiModule.h"
+#include "noisepp/utils/PlaneBuilder.h"
+#include "noisepp/utils/ProcessorCount.h"
+
+namespace noisepp::utils {
+namespace {
+
+/// Returns the sample point as a colour: (x, y, z, 1).
+class PointElement : public PipelineElement3D {
+public:
+    TextureColor getValue(double x, double y, double z) const override {
+        return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
+    }
+};
+
+/// Returns one coordinate split into three floats whose sum restores the double exactly.
+class SplitCoordinateElement : public PipelineElement3D {
+public:
+    explicit SplitCoordinateElement(int axis) : mAxis(axis) {}
+    TextureColor getValue(double x, double y, double z) const override {
+        const double v = mAxis == 0 ? x : mAxis == 1 ? y : z;
+        const auto high = static_cast<float>(v);
+        const auto middle = static_cast<float>(v - high);
+        const auto low = static_cast<float>(v - high - middle);
+        return {high, middle, low, 1.0f};
+    }
+
+private:
+    int mAxis;
+};
+
+double joined(const TextureColor& c) {
+    return static_cast<double>(c.red) + static_cast<double>(c.green) + static_cast<double>(c.blue);
+}
+
+/// A generator module around any element factory.
+template <class Element, class... Args>
+class ProbeModule : public Module {
+public:
+    explicit ProbeModule(Args... args) : Module(0), mMake([=] { return new Element(args...); }) {}
+    std::size_t addToPipeline(Pipeline3D* pipeline) const override {
+        return pipeline->addElement(this, mMake());
+    }
+    int getType() const override { return 7; }
+
+private:
+    std::function<Element*()> mMake;
+};
+
+using PointModule = ProbeModule<PointElement>;
+using SplitModule = ProbeModule<SplitCoordinateElement, int>;
+
+class RecordingCallback : public BuilderCallback {
+public:
+    RecordingCallback(std::vector<int>* values, std::vector<std::thread::id>* threads)
+        : mValues(values), mThreads(threads) {}
+    void progress(int linesDone) override {
+        mValues->push_back(linesDone);
+        mThreads->push_back(std::this_thread::get_id());
+    }
+
+private:
+    std::vector<int>* mValues;
+    std::vector<std::thread::id>* mThreads;
+};
+
+/// Builds width x height samples of `module` and returns them.
+std::vector<TextureColor> render(const Module& module, int width, int height, double lowerX,
+                                 double lowerY, double upperX, double upperY, double z = 0.0,
+                                 bool seamless = false) {
+    std::vector<TextureColor> image(static_cast<std::size_t>(width) * height);
+    PlaneBuilder builder;
+    builder.setDestination(image.data());
+    builder.setSize(width, height);
+    builder.setModule(&module);
+    builder.setBounds(lowerX, lowerY, upperX, upperY);
+    builder.setZValue(z);
+    builder.setSeamless(seamless);
+    builder.build();
+    return image;
+}
+
+/// Runs a test body once with a plain and once with a threaded pipeline.
+class PlaneBuilderTest : public ::testing::TestWithParam<std::size_t> {
+protected:
+    void SetUp() override { setProcessorCount(GetParam()); }
+    void TearDown() override { setProcessorCount(0); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Processors, PlaneBuilderTest, ::testing::Values(1u, 2u, 3u));
+
+TEST_P(PlaneBuilderTest, OneByOneSamplesTheCentre) {
+    PointModule point;
+    const auto image = render(point, 1, 1, -2.0, 1.0, 4.0, 3.0, 0.625);
+    EXPECT_EQ(image[0], (TextureColor{1.0f, 2.0f, 0.625f, 1.0f}));
+}
+
+TEST_P(PlaneBuilderTest, EveryPixelSamplesItsCellCentre) {
+    PointModule point;
+    const auto image = render(point, 4, 3, 0.0, 0.0, 8.0, 3.0, -1.5);
+    for (int j = 0; j < 3; ++j) {
+        for (int i = 0; i < 4; ++i) {
+            EXPECT_EQ(image[j * 4 + i], (TextureColor{2.0f * i + 1.0f, j + 0.5f, -1.5f, 1.0f}))
+                << i << ", " << j;
+        }
+    }
+}
+
+TEST_P(PlaneBuilderTest, PositionsAdvanceByRepeatedAddition) {
+    const double lowerX = 0.1, upperX = 0.8, lowerY = -0.3, upperY = 0.4;
+    const int width = 7, height = 9;
+    SplitModule xs(0), ys(1);
+    const auto xImage = render(xs, width, height, lowerX, lowerY, upperX, upperY);
+    const auto yImage = render(ys, width, height, lowerX, lowerY, upperX, upperY);
+    const double xStep = (upperX - lowerX) / width, yStep = (upperY - lowerY) / height;
+    double y = lowerY + yStep * 0.5;
+    for (int j = 0; j < height; ++j) {
+        double x = lowerX + xStep * 0.5;
+        for (int i = 0; i < width; ++i) {
+            EXPECT_EQ(joined(xImage[j * width + i]), x) << i << ", " << j;
+            EXPECT_EQ(joined(yImage[j * width + i]), y) << i << ", " << j;
+            x += xStep;
+        }
+        y += yStep;
+    }
+}
+
+TEST_P(PlaneBuilderTest, SeamlessBlendsFourSamplesOneExtentApart) {
+    PerlinModule perlin;
+    perlin.setColorize(false);
+    const double lowerX = -1.0, upperX = 3.0, lowerY = 0.5, upperY = 2.5, z = 0.3;
+    const int width = 8, height = 5;
+    const auto image = render(perlin, width, height, lowerX, lowerY, upperX, upperY, z, true);
+
+    Pipeline3D pipeline;
+    const PipelineElement3D* element = pipeline.getElement(perlin.addToPipeline(&pipeline));
+    const double extentX = upperX - lowerX, extentY = upperY - lowerY;
+    const double yStep = extentY / height;
+    double y = lowerY + yStep * 0.5;
+    for (int j = 0; j < height; ++j, y += yStep) {
+        const auto yBlend = static_cast<float>(1.0 - (y - lowerY) / extentY);
+        for (int i = 0; i < width; ++i) {
+            const double x = lowerX + extentX * i / width;  // the cell edge, not its centre
+            const auto xBlend = static_cast<float>(1.0 - (x - lowerX) / extentX);
+            const TextureColor a = element->getValue(x, y, z);
+            const TextureColor b = element->getValue(x + extentX, y, z);
+            const TextureColor c = element->getValue(x, y + extentY, z);
+            const TextureColor d = element->getValue(x + extentX, y + extentY, z);
+            auto mix = [&](float ca, float cb, float cc, float cd) {
+                const float top = ca + (cb - ca) * xBlend;
+                const float bottom = cc + (cd - cc) * xBlend;
+                return top + (bottom - top) * yBlend;
+            };
+            const TextureColor& got = image[j * width + i];
+            EXPECT_NEAR(got.red, mix(a.red, b.red, c.red, d.red), 1e-5f) << i << ", " << j;
+            EXPECT_NEAR(got.blue, mix(a.blue, b.blue, c.blue, d.blue), 1e-5f) << i << ", " << j;
+            EXPECT_EQ(got.opacity, 1.0f);
+        }
+        // The first column is all (x + extent x): the sample the last column leads into.
+        const TextureColor b = element->getValue(lowerX + extentX, y, z);
+        const TextureColor d = element->getValue(lowerX + extentX, y + extentY, z);
+        EXPECT_EQ(image[j * width].green, d.green * yBlend + b.green * (1.0f - yBlend)) << j;
+    }
+    // A single seamless pixel: x blend 1 takes the samples at x = 0 + 2, and y blend 0.5
+    // averages those at y = 1 and y = 1 + 2.
+    PointModule point;
+    const auto points = render(point, 1, 1, 0.0, 0.0, 2.0, 2.0, 0.0, true);
+    EXPECT_EQ(points[0], (TextureColor{2.0f, 2.0f, 0.0f, 1.0f}));
+}
+
+TEST_P(PlaneBuilderTest, ProgressIsReportedOncePerLineOnTheCallingThread) {
+    for (bool seamless : {false, true}) {
+        std::vector<int> values;
+        std::vector<std::thread::id> threads;
+        PerlinModule perlin;
+        const int height = 37;
+        std::vector<TextureColor> image(5 * height);
+        PlaneBuilder builder;
+        builder.setDestination(image.data());
+        builder.setSize(5, height);
+        builder.setModule(&perlin);
+        builder.setBounds(0.0, 0.0, 1.0, 1.0);
+        builder.setSeamless(seamless);
+        builder.setCallback(new RecordingCallback(&values, &threads));
+        EXPECT_EQ(builder.getStepCount(), height);
+        for (int round = 0; round < 2; ++round) {  // every build counts from 1 again
+            values.clear();
+            threads.clear();
+            builder.build();
+            std::vector<int> expected(height);
+            for (int i = 0; i < height; ++i)
+                expected[i] = i + 1;
+            EXPECT_EQ(values, expected);
+            for (const auto& id : threads)
+                EXPECT_EQ(id, std::this_thread::get_id());
+        }
+    }
+}
+
+TEST_P(PlaneBuilderTest, DiamondTreeSharesOneGeneratorElement) {
+    PerlinModule perlin;
+    perlin.setColorize(false);
+    test::SumModule sum;
+    sum.setSourceModule(0, &perlin);
+    sum.setSourceModule(1, &perlin);
+    Pipeline3D pipeline;
+    sum.addToPipeline(&pipeline);
+    EXPECT_EQ(pipeline.getElementCount(), 2u);
+
+    const auto single = render(perlin, 16, 8, -1.0, -1.0, 1.0, 1.0);
+    const auto doubled = render(sum, 16, 8, -1.0, -1.0, 1.0, 1.0);
+    for (std::size_t i = 0; i < single.size(); ++i) {
+        EXPECT_EQ(doubled[i].red, single[i].red * 2.0f);
+        EXPECT_EQ(doubled[i].opacity, 2.0f);
+    }
+}
+
+TEST(PlaneBuilder, ThreadedAndPlainPipelinesGiveIdenticalImages) {
+    PerlinModule perlin;
+    BillowModule billow;
+    billow.setColorize(false);
+    RidgedMultiModule ridged;
+    ridged.setColorize(false);
+    ridged.setOctaveCount(4.5);
+    for (const Module* module :
+         {static_cast<const Module*>(&perlin), static_cast<const Module*>(&billow),
+          static_cast<const Module*>(&ridged)}) {
+        for (bool seamless : {false, true}) {
+            setProcessorCount(1);
+            const auto plain = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
+            for (std::size_t threads : {2u, 4u}) {
+                setProcessorCount(threads);
+                const auto threaded = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
+                EXPECT_EQ(
+                    std::memcmp(plain.data(), threaded.data(), plain.size() * sizeof(TextureColor)),
+                    0)
+                    << "type " << module->getType() << " threads " << threads;
+            }
+            // And through a pipeline the caller owns.
+            ThreadedPipeline3D pipeline(3);
+            const PipelineElement3D* element =
+                pipeline.getElement(module->addToPipeline(&pipeline));
+            std::vector<TextureColor> given(plain.size());
+            PlaneBuilder builder;
+            builder.setDestination(given.data());
+            builder.setSize(61, 47);
+            builder.setBounds(-3.1, 0.2, 5.7, 4.9);
+            builder.setZValue(0.5);
+            builder.setSeamless(seamless);
+            builder.build(&pipeline, element);  // no module set: the element is used
+            EXPECT_EQ(std::memcmp(plain.data(), given.data(), plain.size() * sizeof(TextureColor)),
+                      0);
+        }
+    }
+    setProcessorCount(0);
+}
+
+std::string failureOf(PlaneBuilder& builder) {
+    try {
+        builder.build();
+    } catch (const ParamInvalidException& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+void expectFailure(PlaneBuilder& builder, const std::string& parameter,
+                   const std::string& condition) {
+    const std::string message = failureOf(builder);
+    EXPECT_EQ(message.rfind("invalid parameter for '" + parameter + "' in '", 0), 0u) << message;
+    const std::string tail = ": assertion '" + condition + "' failed";
+    ASSERT_GE(message.size(), tail.size()) << message;
+    EXPECT_EQ(message.substr(message.size() - tail.size()), tail) << message;
+}
+
+TEST(PlaneBuilder, ParametersAreCheckedInOrderBeforeAnythingIsWritten) {
+    PerlinModule perlin;
+    const TextureColor untouched{-7.0f, -7.0f, -7.0f, -7.0f};
+    std::vector<TextureColor> image(4, untouched);
+    PlaneBuilder builder;
+    expectFailure(builder, "mDest", "mDest != nullptr");
+    builder.setDestination(image.data());
+    expectFailure(builder, "mWidth", "mWidth > 0");  // reported before the empty bounds
+    builder.setSize(2, 0);
+    expectFailure(builder, "mHeight", "mHeight > 0");
+    builder.setSize(-2, 2);
+    expectFailure(builder, "mWidth", "mWidth > 0");
+    builder.setSize(2, 2);
+    builder.setBounds(1.0, 0.0, 1.0, 1.0);
+    expectFailure(builder, "(mLowerBoundX, mUpperBoundX)", "mLowerBoundX < mUpperBoundX");
+    builder.setBounds(2.0, 0.0, 1.0, 1.0);
+    expectFailure(builder, "(mLowerBoundX, mUpperBoundX)", "mLowerBoundX < mUpperBoundX");
+    builder.setBounds(0.0, 1.0, 1.0, 1.0);
+    expectFailure(builder, "(mLowerBoundY, mUpperBoundY)", "mLowerBoundY < mUpperBoundY");
+    builder.setBounds(0.0, 0.0, 1.0, 1.0);
+    expectFailure(builder, "mModule", "mModule != nullptr");
+    for (const TextureColor& c : image)
+        EXPECT_EQ(c, untouched);
+
+    Pipeline3D pipeline;
+    try {
+        builder.build(&pipeline, nullptr);
+        ADD_FAILURE() << "no exception";
+    } catch (const ParamInvalidException& e) {
+        EXPECT_NE(std::string(e.what()).find("assertion 'element != nullptr' failed"),
+                  std::string::npos);
+    }
+    builder.setModule(&perlin);
+    builder.build();
+    EXPECT_NE(image[0], untouched);
+}
+
+TEST(PlaneBuilder, ReplacingTheCallbackDeletesTheOldOne) {
+    struct Counted : BuilderCallback {
+        explicit Counted(int* deleted) : mDeleted(deleted) {}
+        ~Counted() override { ++*mDeleted; }
+        void progress(int) override {}
+        int* mDeleted;
+    };
+    int deleted = 0;
+    {
+        PlaneBuilder builder;
+        builder.setCallback(new Counted(&deleted));
+        builder.setCallback(new Counted(&deleted));
+        EXPECT_EQ(deleted, 1);
+        builder.setCallback(nullptr);
+        EXPECT_EQ(deleted, 2);
+        builder.setCallback(new Counted(&deleted));
+    }
+    EXPECT_EQ(deleted, 3);
+}
+
+}  // namespace
+}  // namespace noisepp::utils
