@@ -17,8 +17,8 @@ class Attribute {
 public:
     enum Kind { kNumber, kBool, kChoice, kColor, kPoint, kFrame, kMesh, kText };
 
-    Attribute(Node* node, unsigned id, const std::string& name, double defaultValue,
-              double minimum, double maximum, double step, int decimals);
+    Attribute(Node* node, unsigned id, const std::string& name, double defaultValue, double minimum,
+              double maximum, double step, int decimals);
     Attribute(Node* node, unsigned id, const std::string& name, bool defaultValue);
     /// A choice: the default item's index and the comma-separated item list.
     Attribute(Node* node, unsigned id, const std::string& name, int defaultIndex,
@@ -46,10 +46,18 @@ public:
     int GetDecimals() const { return mDecimals; }
     const std::vector<std::string>& GetItems() const { return mItems; }
 
+    /// The NodeValue type code of this attribute's values (kNumber for a number, ...).
+    unsigned GetValueType() const;
+
     const NodeValue& GetDefault() const { return mDefault; }
     const NodeValue& GetValue() const { return mValue; }
-    /// Stores a value of this attribute's kind as given (no range check: see Validate).
+    /// Stores a value of this attribute's kind as given (no range check: see Validate); throws
+    /// std::invalid_argument for a value of another kind. Nodes in an engine are edited with
+    /// Engine::SetAttributeValue instead, which also checks, records undo and re-evaluates.
     void SetValue(const NodeValue& value);
+    /// `value` as SetValue stores it: a choice given only by its text gets its index, one given
+    /// only by its index (empty text) gets its text. Other values are returned unchanged.
+    NodeValue Normalize(const NodeValue& value) const;
     /// Empty when `value` has this attribute's kind and lies within its range; otherwise a
     /// sentence saying what is allowed, for example "must be between 0 and 8".
     std::string Validate(const NodeValue& value) const;

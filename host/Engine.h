@@ -21,7 +21,9 @@
 /// message; the host keeps running.
 ///
 /// All operations lock the engine's recursive mutex, so a preview thread may evaluate (the
-/// free function Evaluate) while the user edits on the GUI thread.
+/// free function Evaluate) while the user edits on the GUI thread. Node and engine events that
+/// an operation causes are delivered on the calling thread once its outermost engine operation
+/// has released the lock, so a listener may wait for another thread that needs the engine.
 class Engine {
 public:
     /// Engine-wide event codes sent to delegate handlers (see docs/host.md).
@@ -49,11 +51,14 @@ public:
 
     // Graph.
     /// Adds `node` under `id` (unique in this engine) and takes ownership. Returns the node,
-    /// or null with `error` set when the id is taken or empty.
+    /// or null with `error` set when the id is taken or empty, or the node did not declare its
+    /// plugs (the node is then deleted).
     Node* AddNode(std::unique_ptr<Node> node, const std::string& id, std::string* error = nullptr);
-    /// Removes the node and its links, and deletes it.
+    /// Removes the node and its links, and deletes it. Forgets the undo history (its steps may
+    /// refer to the node).
     void RemoveNode(Node* node);
-    /// Removes every node and link and forgets the undo history.
+    /// Removes every node and link, empties the scene's model list, forgets the undo history
+    /// and sends kSceneReplaced. Hosts clear the engine before unloading a plug-in.
     void Clear();
     Node* FindNode(const std::string& id) const;
     /// The id the node was added under; empty for a node of another engine.
@@ -69,7 +74,7 @@ public:
     /// Removes the link into inplug `inplug` of `to`, if any.
     void Disconnect(Node* to, unsigned inplug);
     std::vector<Link> GetLinks() const;
-    /// The link into that inplug, or null.
+    /// The link into that inplug, or null; valid until the links change.
     const Link* FindLinkTo(const Node* to, unsigned inplug) const;
 
     // Attributes.
@@ -79,7 +84,8 @@ public:
                            std::string* error = nullptr);
 
     // Evaluation.
-    /// Marks `node` and everything downstream of it for re-evaluation.
+    /// Marks `node` and everything downstream of it for re-evaluation and sends each of them
+    /// node event 5 (output changed).
     void MarkDirty(Node* node);
     bool IsDirty(const Node* node) const;
     /// Evaluates the node's dirty upstream nodes and then the node itself if dirty.
@@ -93,12 +99,19 @@ public:
     void SetEvaluationObserver(std::function<void(Node* node, bool finished)> observer);
     /// How many node evaluations ran since the engine was made (for summaries and tests).
     unsigned long long GetEvaluationCount() const;
+    /// Drops the outputs the engine holds for `node`, sends it node event 11 (release cached
+    /// outputs) and marks it for re-evaluation: frees the memory of a rendered image that is no
+    /// longer shown.
+    void ReleaseOutputs(Node* node);
 
     // Events.
     void RegisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler);
     void UnregisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler);
     /// Sends an engine event to every registered handler.
     void SendEvent(unsigned int code, unsigned int parameter = 0);
+    /// Sends a node event to `node` (OnProcessEvent, then its listeners) when this thread
+    /// leaves the engine, at once when it is in no engine operation.
+    void SendNodeEvent(Node* node, int type, int code);
 
     // Scene.
     /// The model files of the document's scene (absolute paths), in document order.
@@ -118,13 +131,25 @@ public:
     /// Label of the step Undo would revert; empty when there is none.
     std::string GetUndoLabel() const;
     std::string GetRedoLabel() const;
+    /// Reverts the last step (its containers swapped in reverse order). False when there is
+    /// none or a step is still open.
     bool Undo();
+    /// Re-applies the last undone step (containers in order). A new step clears the redo list.
     bool Redo();
+    /// Forgets every undo and redo step (for example after loading a document).
+    void ClearUndoHistory();
 
     /// The engine's lock; held during every operation above.
     std::recursive_mutex& GetMutex() const;
 
 private:
+    friend class Node;
     struct Impl;
+    class Scope;
+
+    /// A node reported its own output changed: mark it and everything downstream dirty, and
+    /// send event 5 to the downstream nodes only (the node is being told already).
+    void MarkOutputChanged(Node* node);
+
     std::unique_ptr<Impl> mImpl;
 };

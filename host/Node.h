@@ -43,9 +43,9 @@ public:
     struct Inplug {
         unsigned id = 0;
         std::string name;
-        unsigned plugType = 0;   ///< NodeValue type of the attribute, or the input's plug type
-        int attributeId = -1;    ///< the attribute behind the inplug, or -1
-        int regularInputId = -1; ///< the regular input behind the inplug, or -1
+        unsigned plugType = 0;    ///< NodeValue type of the attribute, or the input's plug type
+        int attributeId = -1;     ///< the attribute behind the inplug, or -1
+        int regularInputId = -1;  ///< the regular input behind the inplug, or -1
     };
     /// A display grouping of attributes made by the AddCombined... operations.
     struct CombinedAttribute {
@@ -109,14 +109,18 @@ public:
     const std::string& GetStateMessage() const { return mStateMessage; }
     void ClearState();
 
-    /// The host's evaluation flag: when clear, the node builds no output when evaluated.
+    /// The host's evaluation flag: when clear, the node builds no output when evaluated (the
+    /// host still calls Evaluate, so that the node can drop its previous output).
     bool IsEvaluationEnabled() const { return mEvaluationEnabled; }
-    void SetEvaluationEnabled(bool enabled) { mEvaluationEnabled = enabled; }
+    /// Sets the flag; a change marks the node and everything downstream for re-evaluation.
+    void SetEvaluationEnabled(bool enabled);
 
     // Events.
     void AddNodeListener(NodeListener* listener);
     void RemoveNodeListener(NodeListener* listener);
-    /// Sends an event to the node itself (OnProcessEvent), then to every listener.
+    /// Sends an event to the node itself (OnProcessEvent), then to every listener. A node that
+    /// reports its own output changed (type 5) is first marked for re-evaluation, with
+    /// everything downstream.
     void ProcessEvent(int type, int code);
 
     /// Releases a value handed out by the free function Evaluate.
@@ -132,6 +136,9 @@ protected:
 
 private:
     friend class Engine;
+
+    /// OnProcessEvent, then the listeners; no re-evaluation marking (the engine's own path).
+    void DeliverEvent(const NodeEvent& event);
 
     std::vector<Inplug> mInplugs;
     std::vector<CombinedAttribute> mCombined;

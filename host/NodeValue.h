@@ -46,6 +46,10 @@ public:
     /// Adopts the caller's reference to `handle` (null gives type kNone).
     static NodeValue AdoptTexture(TextureHandle* handle);
 
+    /// The type code's name: "none", "number", "bool", "choice", "colour", "point", "frame",
+    /// "mesh", "image", "texture" or "text" (for messages).
+    static const char* GetTypeName(unsigned type);
+
     unsigned GetType() const { return mType; }
     bool IsPresent() const { return mType != kNone; }
 

@@ -1,0 +1,201 @@
+// Image::ReadFile and Image::WriteFile: picture files through the image library.
+
+#include <OpenImageIO/imageio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+#include "host/Image.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string lowerExtension(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
+
+bool fail(std::string* error, const std::string& message) {
+    if (error != nullptr)
+        *error = message;
+    return false;
+}
+
+// The library keeps errors per thread and per object; take them so they do not pile up.
+std::string libraryError(const std::string& objectError) {
+    const std::string global = OIIO::geterror();
+    std::string text = !objectError.empty() ? objectError : global;
+    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+        text.pop_back();
+    return text.empty() ? std::string("unknown error") : text;
+}
+
+float clamp01(float value) {
+    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
+}  // NaN -> 0
+
+// A name in the target's folder that no other writer uses, hidden, and recognisable as ours.
+fs::path temporaryPathFor(const fs::path& target) {
+    static std::atomic<unsigned> counter{0};
+    std::string name(".");
+    name += target.filename().string();
+    name += ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(counter.fetch_add(1));
+    return target.parent_path() / name;
+}
+
+}  // namespace
+
+Image* Image::ReadFile(const std::string& path, std::string* error) {
+    std::error_code code;
+    if (!fs::exists(path, code)) {
+        fail(error, "cannot read image '" + path + "': no such file");
+        return nullptr;
+    }
+    // Keep colour and opacity exactly as stored: without this hint the library premultiplies
+    // colour by opacity for formats that store them apart (PNG, TIFF).
+    OIIO::ImageSpec config;
+    config.attribute("oiio:UnassociatedAlpha", 1);
+    auto input = OIIO::ImageInput::open(path, &config);
+    if (!input) {
+        fail(error, "cannot read image '" + path + "': " + libraryError({}));
+        return nullptr;
+    }
+    const OIIO::ImageSpec& spec = input->spec();
+    if (spec.deep || spec.depth > 1) {
+        fail(error, "cannot read image '" + path + "': deep and volume images are not supported");
+        return nullptr;
+    }
+    const int width = spec.width;
+    const int height = spec.height;
+    const int channels = spec.nchannels;
+    if (width <= 0 || height <= 0 || channels <= 0) {
+        fail(error, "cannot read image '" + path + "': the file holds no pixels");
+        return nullptr;
+    }
+    std::vector<float> pixels(static_cast<std::size_t>(width) * height * channels);
+    // Integer formats arrive scaled to 0...1.
+    if (!input->read_image(0, 0, 0, channels, OIIO::TypeDesc::FLOAT, pixels.data())) {
+        fail(error, "cannot read image '" + path + "': " + libraryError(input->geterror()));
+        return nullptr;
+    }
+    input->close();
+
+    int red = 0, green = 0, blue = 0, opacity = -1;
+    if (channels == 2) {
+        opacity = 1;  // grey and opacity
+    } else if (channels >= 3) {
+        green = 1;
+        blue = 2;
+        if (channels >= 4)
+            opacity = spec.alpha_channel >= 0 ? spec.alpha_channel : 3;
+    }
+    auto* image = new Image(width, height, kFloatRgbo, nullptr);
+    float* out = image->GetArray();
+    for (int fileRow = 0; fileRow < height; ++fileRow) {
+        // Files store the top row first; row 0 of an image is the bottom row.
+        const int row = height - 1 - fileRow;
+        for (int x = 0; x < width; ++x) {
+            const float* in = &pixels[(static_cast<std::size_t>(fileRow) * width + x) * channels];
+            float* pixel = &out[(static_cast<std::size_t>(row) * width + x) * 4];
+            pixel[0] = in[red];
+            pixel[1] = in[green];
+            pixel[2] = in[blue];
+            pixel[3] = opacity >= 0 ? in[opacity] : 1.0f;
+        }
+    }
+    return image;
+}
+
+bool Image::WriteFile(const std::string& path, int bits, std::string* error) const {
+    const std::string where = "cannot write image '" + path + "': ";
+    if (mSizeX <= 0 || mSizeY <= 0)
+        return fail(error, where + "the image is empty (" + std::to_string(mSizeX) + " x " +
+                               std::to_string(mSizeY) + " pixels)");
+    if (bits != 8 && bits != 16)
+        return fail(error, where + "bits must be 8 or 16, not " + std::to_string(bits));
+    auto output = OIIO::ImageOutput::create(path);
+    if (!output) {
+        const std::string extension = lowerExtension(path);
+        libraryError({});
+        return fail(error, where + (extension.empty()
+                                        ? std::string("the name has no extension to pick a format")
+                                        : "no image format is known for '" + extension + "'"));
+    }
+
+    const std::string format = output->format_name();
+    const bool floats = format == "openexr" || format == "hdr";
+    const int channels = output->supports("alpha") ? 4 : 3;
+    const OIIO::TypeDesc type = floats       ? OIIO::TypeDesc::FLOAT
+                                : bits == 16 ? OIIO::TypeDesc::UINT16
+                                             : OIIO::TypeDesc::UINT8;
+    OIIO::ImageSpec spec(mSizeX, mSizeY, channels, type);
+    if (!floats)
+        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+
+    // Top row first; integer formats clamped to 0...1 and rounded to the nearest level.
+    const Image* source = this;
+    Image* converted = nullptr;
+    if (mColorMode != kFloatRgbo)
+        source = converted = new Image(*this, kFloatRgbo);
+    const float* in = source->GetConstArray();
+    const std::size_t values = static_cast<std::size_t>(mSizeX) * mSizeY * channels;
+    std::vector<float> asFloats(floats ? values : 0);
+    std::vector<std::uint16_t> asIntegers(floats ? 0 : values);
+    const float scale = bits == 16 ? 65535.0f : 255.0f;
+    for (int fileRow = 0; fileRow < mSizeY; ++fileRow) {
+        const int row = mSizeY - 1 - fileRow;
+        for (int x = 0; x < mSizeX; ++x) {
+            const float* pixel = &in[(static_cast<std::size_t>(row) * mSizeX + x) * 4];
+            const std::size_t at = (static_cast<std::size_t>(fileRow) * mSizeX + x) * channels;
+            for (int c = 0; c < channels; ++c) {
+                if (floats)
+                    asFloats[at + c] = pixel[c];
+                else
+                    asIntegers[at + c] =
+                        static_cast<std::uint16_t>(std::lround(clamp01(pixel[c]) * scale));
+            }
+        }
+    }
+    if (converted != nullptr)
+        converted->Release();
+    std::vector<std::uint8_t> asBytes;
+    const void* data = floats ? static_cast<const void*>(asFloats.data()) : asIntegers.data();
+    OIIO::TypeDesc dataType = floats ? OIIO::TypeDesc::FLOAT : OIIO::TypeDesc::UINT16;
+    if (!floats && bits == 8) {
+        asBytes.assign(asIntegers.begin(), asIntegers.end());
+        data = asBytes.data();
+        dataType = OIIO::TypeDesc::UINT8;
+    }
+
+    // Write beside the target and rename over it: readers never see half a file, and a
+    // failure leaves whatever was there before.
+    const fs::path temporary = temporaryPathFor(fs::path(path));
+    std::error_code ignored;
+    if (!output->open(temporary.string(), spec)) {
+        const std::string reason = libraryError(output->geterror());
+        fs::remove(temporary, ignored);
+        return fail(error, where + reason);
+    }
+    const bool written = output->write_image(dataType, data);
+    const bool closed = output->close();
+    if (!written || !closed) {
+        const std::string reason = libraryError(output->geterror());
+        fs::remove(temporary, ignored);
+        return fail(error, where + reason);
+    }
+    std::error_code code;
+    fs::rename(temporary, path, code);
+    if (code) {
+        fs::remove(temporary, ignored);
+        return fail(error, where + code.message());
+    }
+    return true;
+}
