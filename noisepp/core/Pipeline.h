@@ -56,11 +56,16 @@ public:
         for (PipelineJob* job : mJobs) delete job;
     }
 
-    /// Registers `element` as the element of `parent` and returns its id. When `parent`
+    /// Registers `element` (the pipeline owns it from here, even on failure) as the element
+    /// of `parent` and returns its id. When `parent`
     /// already has an element here, the new one is deleted and the stored id returned.
     std::size_t addElement(const Module* parent, Element* element) {
         NOISEPP_REQUIRE(element != nullptr, "element");
-        NOISEPP_REQUIRE(parent != nullptr, "parent");
+        if (parent == nullptr) {
+            // The pipeline owns every element handed to it, even one it refuses.
+            delete element;
+            NOISEPP_REQUIRE(parent != nullptr, "parent");
+        }
         if (const auto found = mModules.find(parent); found != mModules.end()) {
             delete element;
             return found->second;
