@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/SceneLoader.h"
+
+class Image;
+class RenderUVPixelFactory;
+
+/// Bakes a per-pixel shader into the UV layout of meshes of the document's scene.
+///
+/// The scene is chosen by a mesh reference into `Engine::Get()->GetSceneModels()`: a model
+/// index (-1: no mesh at all), a sub-mesh index (-1: every sub-mesh of the model; sub-meshes
+/// are numbered as in SceneModel::subMeshes) and a flag (0: the first UV set; non-zero: the
+/// second UV set, for models that keep a separate bake layout there). docs/uv-renderer.md
+/// describes coverage, sampling, padding and threads in full.
+class RenderUvScene {
+public:
+    /// Loads the referenced meshes for a sizeX x sizeY image. Throws std::out_of_range for a
+    /// model or sub-mesh index outside the scene (the message names the file and the allowed
+    /// range), std::runtime_error naming the file when a model cannot be read or a chosen
+    /// sub-mesh lacks the UV set the flag asks for, std::invalid_argument for a negative size.
+    RenderUvScene(int sizeX, int sizeY, int model, int submesh, int flag);
+    ~RenderUvScene();
+    RenderUvScene(const RenderUvScene&) = delete;
+    RenderUvScene& operator=(const RenderUvScene&) = delete;
+
+    int GetSizeX() const { return mSizeX; }
+    int GetSizeY() const { return mSizeY; }
+    /// False for model -1: the scene has nothing to draw.
+    bool HasMesh() const { return !mSubMeshes.empty(); }
+    /// Triangles of the chosen sub-meshes, as drawn (a mesh placed twice counts twice).
+    std::size_t GetTriangleCount() const;
+
+    /// Worker threads for Render; 0 (the default) means the environment variable
+    /// TEXTURE_THREADS when it holds a positive integer, otherwise the machine's hardware
+    /// threads. The image does not depend on this number.
+    void SetThreadCount(int count) { mThreadCount = count; }
+
+    /// Renders into `image` (colour mode 0, the scene's size): clears it to (0, 0, 0, 0), shades
+    /// every pixel whose samples are covered by a triangle with the average of its covered
+    /// samples (`samples` x `samples` per pixel; 0 and 1 mean the pixel centre), then pads
+    /// `prefilter` pixels outwards. Without a mesh the image is filled with opaque black and
+    /// the result is false; otherwise true. Throws std::invalid_argument for a missing image
+    /// or factory, a byte image, a size mismatch or more than 256 samples; an exception thrown
+    /// by a pixel shader is passed on after every worker has stopped.
+    bool Render(Image* image, RenderUVPixelFactory* factory, int samples, int prefilter);
+
+private:
+    int ResolveThreadCount(int rows) const;
+
+    int mSizeX;
+    int mSizeY;
+    bool mSecondUvSet;
+    int mThreadCount = 0;
+    std::shared_ptr<const SceneModel> mModel;
+    std::vector<const SceneModel::SubMesh*> mSubMeshes;
+};
