@@ -44,7 +44,7 @@ struct Frame {
 };
 
 /// A reference to a mesh of the document's scene: model index (-1 for none), sub-mesh index
-/// (-1 for every sub-mesh of the model) and a flag (see docs/host.md for its meaning).
+/// (-1 for every sub-mesh of the model) and a flag (see docs/uv-renderer.md for its meaning).
 struct MeshReference {
     int model = -1;
     int submesh = -1;
