@@ -1,0 +1,151 @@
+// texture: the command-line host. Loads the plug-in through its three exports, renders graph
+// documents, lists the node catalogue and checks documents.
+
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "apps/texture/NodesCommand.h"
+#include "apps/texture/RenderCommand.h"
+#include "host/Document.h"
+#include "host/Engine.h"
+#include "host/Image.h"
+#include "host/Log.h"
+#include "host/NodeInterface.h"
+#include "host/PluginLoader.h"
+
+namespace {
+
+constexpr const char* kExamples = R"(
+Examples:
+  texture render scene.texture.json -o out.png
+  texture render scene.texture.json --node noise --node out -O renders/ --bits 16
+  texture render scene.texture.json --all -O renders/ --threads 4
+  texture nodes                       list every node type
+  texture nodes "Perlin Texture" --json
+  texture check scene.texture.json
+  texture --plugin build/release/bin/libTexture.so selfcheck
+
+Exit status: 0 success, 1 render failure, 2 bad usage or bad document.
+The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so next to texture.)";
+
+int RunCheck(const PluginLoader& catalogue, const std::string& path) {
+    Document document;
+    std::string error;
+    if (!document.Load(path, *Engine::Get(), catalogue, &error)) {
+        std::cerr << "error: " << error << "\n";
+        return 2;
+    }
+    std::cout << path << ": ok, " << Engine::Get()->GetNodes().size() << " nodes, "
+              << Engine::Get()->GetLinks().size() << " links\n";
+    return 0;
+}
+
+int RunSelfCheck(const PluginLoader& catalogue) {
+    const auto& types = catalogue.GetNodeInterfaces();
+    const unsigned count = catalogue.GetPluginInterfaceCount();
+    if (count == 0) {
+        std::cout << "the plug-in offers no node types: nothing to check\n";
+        return 0;
+    }
+    unsigned passed = 0;
+    for (unsigned i = 0; i < count; ++i) {
+        const bool ok = types[i]->RunSelfTest();
+        passed += ok ? 1 : 0;
+        std::cout << (ok ? "pass  " : "FAIL  ") << types[i]->GetTypeName() << "\n";
+    }
+    if (passed == 0) {
+        // RunSelfTest answers false both for a failure and for a type without a self-check;
+        // when none passed, the plug-in has no self-checks at all.
+        std::cout << "no node type ran a self-check\n";
+        return 0;
+    }
+    std::cout << passed << " of " << count << " self-checks passed\n";
+    return passed == count ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("texture: renders procedural-texture graph documents");
+    app.footer(kExamples);
+    app.require_subcommand(1);
+    app.fallthrough();
+    std::string pluginPath;
+    app.add_option("--plugin", pluginPath, "the plug-in library to load");
+
+    RenderOptions render;
+    int threads = 0;
+    int maxSize = 0;
+    bool verbose = false;
+    CLI::App* renderCommand = app.add_subcommand("render", "render a document's images");
+    renderCommand->add_option("DOC", render.document, "the graph document")->required();
+    auto* outOption = renderCommand->add_option("-o", render.output, "the image file to write");
+    renderCommand->add_option("--node", render.nodes, "render this node (repeatable)");
+    auto* allOption =
+        renderCommand->add_flag("--all", render.all, "render every node with an image output");
+    renderCommand->add_option("-O", render.outputFolder, "folder for ID.png files");
+    allOption->excludes(outOption)->excludes("--node");
+    renderCommand->add_option("--threads", threads, "processors to use (default: all)")
+        ->check(CLI::PositiveNumber);
+    renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
+        ->check(CLI::PositiveNumber);
+    renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
+        ->check(CLI::IsMember({8, 16}));
+    auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
+    renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
+
+    std::string nodeType;
+    bool asJson = false;
+    CLI::App* nodesCommand = app.add_subcommand("nodes", "list the node types");
+    nodesCommand->add_option("TYPE", nodeType, "only this type (display or class name)");
+    nodesCommand->add_flag("--json", asJson, "print one JSON array");
+
+    std::string checkPath;
+    CLI::App* checkCommand = app.add_subcommand("check", "load and validate a document only");
+    checkCommand->add_option("DOC", checkPath, "the graph document")->required();
+
+    CLI::App* selfCheckCommand =
+        app.add_subcommand("selfcheck", "run the self-check of every node type");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        const int code = app.exit(e);
+        return code == 0 ? 0 : 2;
+    }
+    if (*renderCommand && render.all && render.outputFolder.empty())
+        render.outputFolder = ".";
+
+    // The engine reads the processor count once, on first use: set it before anything loads.
+    if (threads > 0)
+        setenv("TEXTURE_THREADS", std::to_string(threads).c_str(), 1);
+    if (maxSize > 0)
+        Image::SetMaxSize(maxSize, maxSize);
+    if (verbose)
+        Log::SetLevel(Log::Level::kTrace);
+    else if (render.quiet)
+        Log::SetLevel(Log::Level::kWarning);
+
+    int exitCode = 0;
+    {
+        PluginLoader catalogue;
+        std::string error;
+        if (!catalogue.Load(pluginPath, &error)) {
+            std::cerr << "error: " << error << "\n";
+            return 2;
+        }
+        if (*renderCommand)
+            exitCode = RunRenderCommand(catalogue, render);
+        else if (*nodesCommand)
+            exitCode = RunNodesCommand(catalogue, nodeType, asJson);
+        else if (*checkCommand)
+            exitCode = RunCheck(catalogue, checkPath);
+        else if (*selfCheckCommand)
+            exitCode = RunSelfCheck(catalogue);
+        // Nodes made by the plug-in must go before its code is unmapped.
+        Engine::Get()->Clear();
+    }
+    return exitCode;
+}

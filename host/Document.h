@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+class Attribute;
+class Engine;
+class NodeValue;
+class PluginLoader;
+
+/// A graph document (format "texture-graph", version 1): loads one into an engine and saves
+/// an engine's graph back in the same format.
+///
+/// Relative paths in a document (scene models, image files) are resolved against the
+/// document's folder and held as absolute paths; saving writes paths inside the document's
+/// folder relative to it again.
+class Document {
+public:
+    /// Clears `engine` and fills it from the file, creating nodes through `catalogue`. Nothing
+    /// of a bad document stays in the engine: on failure the engine is cleared again and
+    /// `error` holds one line naming the file and the place, for example
+    /// "a.texture.json: node 'noise': attribute 'octaves': must be between 0 and 8".
+    /// The undo history is empty afterwards.
+    bool Load(const std::string& path, Engine& engine, const PluginLoader& catalogue,
+              std::string* error);
+
+    /// Writes the engine's graph to `path` atomically: a temporary file in the same folder
+    /// renamed over the target, so a failed save leaves an existing file untouched.
+    bool Save(const std::string& path, const Engine& engine, std::string* error) const;
+
+    /// The ids of the host's active and display nodes (empty when unset).
+    const std::string& GetActive() const { return mActive; }
+    const std::string& GetDisplay() const { return mDisplay; }
+    void SetActive(const std::string& id) { mActive = id; }
+    void SetDisplay(const std::string& id) { mDisplay = id; }
+
+    /// `value` of `attribute` as document JSON text (a choice as its item's text).
+    static std::string EncodeValue(const Attribute& attribute, const NodeValue& value);
+
+private:
+    std::string mActive;
+    std::string mDisplay;
+};

@@ -1,0 +1,320 @@
+// Covers graph documents (round trip, every kind of bad document, atomic save), the plug-in
+// loader's catalogue and errors, and the Image File host node.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "host/Document.h"
+#include "host/Engine.h"
+#include "host/Image.h"
+#include "host/ImageFileNode.h"
+#include "host/Node.h"
+#include "host/NodeInterface.h"
+#include "host/PluginLoader.h"
+#include "tests/host/CliTestSupport.h"
+
+using clitest::ScratchFolder;
+using clitest::WriteText;
+
+namespace {
+
+class DocumentTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string error;
+        ASSERT_TRUE(loader.Load(clitest::kPlugin, &error)) << error;
+    }
+    void TearDown() override {
+        engine.Clear();
+        other.Clear();
+    }
+
+    void WritePng(const std::string& path, float red) {
+        Image* image = new Image(2, 2);
+        image->AddRef();
+        const float pixel[4] = {red, 0.5f, 0.25f, 1.0f};
+        image->Fill(pixel);
+        std::string error;
+        EXPECT_TRUE(image->WriteFile(path, 8, &error)) << error;
+        image->Release();
+    }
+
+    PluginLoader loader;
+    Engine engine;
+    Engine other;
+    ScratchFolder scratch;
+};
+
+const char* kGoodDocument = R"({
+  "format": "texture-graph", "version": 1,
+  "nodes": [
+    {"id": "fill", "type": "Test Fill",
+     "attributes": {"color": [0.25, 0.5, 0.75, 1], "size": 8.5, "mode": "b", "legacy": 3}},
+    {"id": "inv", "type": "TestInvertNode", "enabled": false},
+    {"id": "photo", "type": "Image File", "attributes": {"file": "pictures/p.png"}},
+    {"id": "inv2", "type": "Test Invert"}
+  ],
+  "links": [{"from": "fill.image", "to": "inv.image"},
+            {"from": "photo.image", "to": "inv2.image"}],
+  "active": "fill", "display": "inv"
+})";
+
+void ExpectSameGraph(Engine& a, Engine& b) {
+    ASSERT_EQ(a.GetNodes().size(), b.GetNodes().size());
+    for (Node* node : a.GetNodes()) {
+        Node* twin = b.FindNode(a.GetNodeId(node));
+        ASSERT_NE(twin, nullptr) << a.GetNodeId(node);
+        EXPECT_EQ(node->GetTypeName(), twin->GetTypeName());
+        EXPECT_EQ(node->IsEvaluationEnabled(), twin->IsEvaluationEnabled());
+        for (const auto& attribute : node->GetAttributes())
+            EXPECT_TRUE(attribute->GetValue() == twin->GetAttribute(attribute->GetId())->GetValue())
+                << a.GetNodeId(node) << "." << attribute->GetName();
+    }
+    ASSERT_EQ(a.GetLinks().size(), b.GetLinks().size());
+    for (const Engine::Link& link : a.GetLinks()) {
+        const Engine::Link* twin = b.FindLinkTo(b.FindNode(a.GetNodeId(link.to)), link.inplug);
+        ASSERT_NE(twin, nullptr);
+        EXPECT_EQ(b.GetNodeId(twin->from), a.GetNodeId(link.from));
+        EXPECT_EQ(twin->outplug, link.outplug);
+    }
+}
+
+TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
+    std::filesystem::create_directories(scratch.Path() / "pictures");
+    WritePng(scratch / "pictures/p.png", 1.0f);
+    WriteText(scratch / "a.texture.json", kGoodDocument);
+    Document document;
+    std::string error;
+    ASSERT_TRUE(document.Load(scratch / "a.texture.json", engine, loader, &error)) << error;
+    EXPECT_FALSE(engine.CanUndo());
+    EXPECT_EQ(document.GetActive(), "fill");
+    EXPECT_EQ(document.GetDisplay(), "inv");
+
+    Node* fill = engine.FindNode("fill");
+    EXPECT_EQ(fill->FindAttribute("size")->GetValue().GetNumber(), 8.5);  // stored as given
+    EXPECT_EQ(fill->FindAttribute("mode")->GetChoiceIndex(), 1);
+    EXPECT_FALSE(engine.FindNode("inv")->IsEvaluationEnabled());
+    const std::string file = engine.FindNode("photo")->FindAttribute("file")->GetValue().GetText();
+    EXPECT_EQ(file, scratch / "pictures/p.png");
+
+    ASSERT_TRUE(document.Save(scratch / "b.texture.json", engine, &error)) << error;
+    const std::string saved = clitest::ReadText(scratch / "b.texture.json");
+    EXPECT_NE(saved.find("\"pictures/p.png\""), std::string::npos) << saved;
+
+    Document reloaded;
+    ASSERT_TRUE(reloaded.Load(scratch / "b.texture.json", other, loader, &error)) << error;
+    ExpectSameGraph(engine, other);
+    ExpectSameGraph(other, engine);
+    EXPECT_EQ(reloaded.GetActive(), "fill");
+    EXPECT_EQ(reloaded.GetDisplay(), "inv");
+}
+
+TEST_F(DocumentTest, ChoiceByIndexAndMeshlessDefaultsLoad) {
+    WriteText(scratch / "c.texture.json", R"({"format": "texture-graph", "version": 1,
+      "nodes": [{"id": "f", "type": "Test Fill", "attributes": {"mode": 1}}]})");
+    Document document;
+    std::string error;
+    ASSERT_TRUE(document.Load(scratch / "c.texture.json", engine, loader, &error)) << error;
+    EXPECT_EQ(engine.FindNode("f")->FindAttribute("mode")->GetValue().GetText(), "b");
+    EXPECT_EQ(engine.FindNode("f")->FindAttribute("size")->GetValue().GetNumber(), 4.0);
+}
+
+struct BadDocument {
+    const char* name;
+    std::string nodes;
+    std::string links;
+    std::vector<std::string> expected;
+};
+
+std::string Wrap(const std::string& nodes, const std::string& links) {
+    return R"({"format": "texture-graph", "version": 1, "nodes": [)" + nodes + R"(], "links": [)" +
+           links + "]}";
+}
+
+TEST_F(DocumentTest, BadDocumentsFailWithFileAndPlace) {
+    const std::string fill = R"({"id": "f", "type": "Test Fill"})";
+    const std::string inv = R"({"id": "i", "type": "Test Invert"})";
+    const std::string inv2 = R"({"id": "j", "type": "Test Invert"})";
+    const std::vector<BadDocument> cases = {
+        {"unknown type",
+         R"({"id": "f", "type": "Test Fil"})",
+         "",
+         {"node 'f'", "unknown node type 'Test Fil'", "close matches: 'Test Fill'"}},
+        {"duplicate id", fill + "," + fill, "", {"node 'f'", "duplicate id"}},
+        {"bad id", R"({"id": "a.b", "type": "Test Fill"})", "", {"nodes[0]", "'a.b'"}},
+        {"unknown attribute",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"colour": 1}})",
+         "",
+         {"node 'f' (Test Fill)", "unknown attribute 'colour'"}},
+        {"wrong kind",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"size": "big"}})",
+         "",
+         {"attribute 'size' (number)", "expected a number"}},
+        {"short colour",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"color": [1, 0]}})",
+         "",
+         {"attribute 'color'", "[r, g, b, opacity]"}},
+        {"out of range",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"size": 100}})",
+         "",
+         {"node 'f' (Test Fill): attribute 'size'", "1", "64"}},
+        {"unknown choice",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"mode": "c"}})",
+         "",
+         {"attribute 'mode'", "'c'", "a, b"}},
+        {"choice index",
+         R"({"id": "f", "type": "Test Fill", "attributes": {"mode": 2}})",
+         "",
+         {"attribute 'mode'", "between 0 and 1"}},
+        {"unknown node in link",
+         fill,
+         R"({"from": "g.image", "to": "f.size"})",
+         {"links[0]", "unknown node id 'g'"}},
+        {"unknown outplug",
+         fill + "," + inv,
+         R"({"from": "f.picture", "to": "i.image"})",
+         {"links[0]", "no output 'picture'"}},
+        {"unknown inplug",
+         fill + "," + inv,
+         R"({"from": "f.image", "to": "i.img"})",
+         {"links[0]", "no input or attribute 'img'"}},
+        {"type mismatch",
+         fill + "," + R"({"id": "g", "type": "Test Fill"})",
+         R"({"from": "f.image", "to": "g.size"})",
+         {"links[0]", "plug type mismatch"}},
+        {"second link",
+         fill + "," + inv + "," + R"({"id": "g", "type": "Test Fill"})",
+         R"({"from": "f.image", "to": "i.image"}, {"from": "g.image", "to": "i.image"})",
+         {"links[1]", "'i.image' is linked already"}},
+        {"cycle",
+         inv + "," + inv2,
+         R"({"from": "i.image", "to": "j.image"}, {"from": "j.image", "to": "i.image"})",
+         {"links[1]", "cycle"}},
+        {"missing image",
+         R"({"id": "p", "type": "Image File", "attributes": {"file": "nope.png"}})",
+         "",
+         {"node 'p' (Image File): attribute 'file'", "nope.png", "does not exist"}},
+    };
+    for (const BadDocument& bad : cases) {
+        const std::string path = scratch / "bad.texture.json";
+        WriteText(path, Wrap(bad.nodes, bad.links));
+        Document document;
+        std::string error;
+        EXPECT_FALSE(document.Load(path, engine, loader, &error)) << bad.name;
+        EXPECT_EQ(error.rfind(path + ": ", 0), 0u) << bad.name << ": " << error;
+        for (const std::string& part : bad.expected)
+            EXPECT_NE(error.find(part), std::string::npos)
+                << bad.name << ": '" << part << "' not in: " << error;
+        EXPECT_TRUE(engine.GetNodes().empty()) << bad.name << ": a bad document left nodes";
+        EXPECT_EQ(error.find('\n'), std::string::npos) << bad.name;
+    }
+}
+
+TEST_F(DocumentTest, MalformedJsonMissingModelAndWrongFormatAreNamed) {
+    Document document;
+    std::string error;
+    const std::string path = scratch / "m.texture.json";
+    WriteText(path,
+              "{\n  \"format\": \"texture-graph\",\n  \"version\": 1,\n  \"nodes\": [ , ]\n}");
+    EXPECT_FALSE(document.Load(path, engine, loader, &error));
+    EXPECT_NE(error.find(path + ": line 4, column 14: malformed JSON"), std::string::npos) << error;
+
+    WriteText(path,
+              R"({"format": "texture-graph", "version": 1, "scene": {"models": ["m/x.obj"]}})");
+    EXPECT_FALSE(document.Load(path, engine, loader, &error));
+    EXPECT_NE(error.find("scene.models[0]"), std::string::npos) << error;
+    EXPECT_NE(error.find("x.obj' does not exist"), std::string::npos) << error;
+
+    WriteText(path, R"({"format": "picture", "version": 1})");
+    EXPECT_FALSE(document.Load(path, engine, loader, &error));
+    EXPECT_NE(error.find("\"format\""), std::string::npos) << error;
+
+    EXPECT_FALSE(document.Load(scratch / "absent.texture.json", engine, loader, &error));
+    EXPECT_NE(error.find("absent.texture.json: cannot open"), std::string::npos) << error;
+}
+
+TEST_F(DocumentTest, FailedSaveKeepsTheOldFileAndLeavesNoTemporaryFile) {
+    const std::string path = scratch / "keep.texture.json";
+    const std::string original = "{\"old\": true}\n";
+    WriteText(path, original);
+    std::unique_ptr<Node> node = loader.CreateNode("Image File", nullptr);
+    Node* photo = engine.AddNode(std::move(node), "photo");
+    // Text that is not UTF-8 cannot be written as JSON: the save must fail.
+    photo->FindAttribute("file")->SetValue(NodeValue::Text("bad\xff"));
+    Document document;
+    std::string error;
+    EXPECT_FALSE(document.Save(path, engine, &error));
+    EXPECT_NE(error.find(path + ": cannot save"), std::string::npos) << error;
+    EXPECT_EQ(clitest::ReadText(path), original);
+    EXPECT_FALSE(document.Save(scratch / "no/such/folder/x.texture.json", engine, &error));
+
+    photo->FindAttribute("file")->SetValue(NodeValue::Text(""));
+    ASSERT_TRUE(document.Save(path, engine, &error)) << error;
+    EXPECT_NE(clitest::ReadText(path).find("Image File"), std::string::npos);
+    int files = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(scratch.Path()))
+        ++files;
+    EXPECT_EQ(files, 1);
+}
+
+TEST(PluginLoaderTest, CatalogueFindsTypesByBothNamesAndSuggestsCloseOnes) {
+    PluginLoader loader;
+    std::string error;
+    ASSERT_TRUE(loader.Load(clitest::kPlugin, &error)) << error;
+    ASSERT_EQ(loader.GetPluginInterfaceCount(), 2u);
+    ASSERT_EQ(loader.GetNodeInterfaces().size(), 3u);  // the host's Image File comes last
+    EXPECT_EQ(loader.GetNodeInterfaces()[2]->GetTypeName(), "Image File");
+    EXPECT_EQ(loader.FindType("TestInvertNode"), loader.FindType("Test Invert"));
+    EXPECT_NE(loader.FindType("ImageFileNode"), nullptr);
+    EXPECT_EQ(loader.FindType("test fill"), nullptr);
+    EXPECT_EQ(loader.FindCloseMatches("test fill"), std::vector<std::string>{"Test Fill"});
+    EXPECT_TRUE(loader.FindCloseMatches("Perlin Texture").empty());
+    EXPECT_EQ(loader.CreateNode("Nothing", &error), nullptr);
+    EXPECT_EQ(error, "unknown node type 'Nothing'");
+}
+
+TEST(PluginLoaderTest, FailureNamesThePathAndTexturePlugin) {
+    PluginLoader loader;
+    std::string error;
+    EXPECT_FALSE(loader.Load("/nonexistent/libTexture.so", &error));
+    EXPECT_NE(error.find("/nonexistent/libTexture.so"), std::string::npos) << error;
+    EXPECT_NE(error.find("TEXTURE_PLUGIN"), std::string::npos) << error;
+
+    // A library without the three exports is refused.
+    PluginLoader other;
+    EXPECT_FALSE(other.Load(TEXTURE_BINARY_DIR "/bin/libTextureHost.so", &error));
+    EXPECT_NE(error.find("GetNodeInterface"), std::string::npos) << error;
+
+    setenv("TEXTURE_PLUGIN", "/somewhere/libX.so", 1);
+    EXPECT_EQ(PluginLoader::DefaultPluginPath(), "/somewhere/libX.so");
+    unsetenv("TEXTURE_PLUGIN");
+    EXPECT_EQ(std::filesystem::path(PluginLoader::DefaultPluginPath()).filename(), "libTexture.so");
+}
+
+TEST(ImageFileNodeTest, ReadsThePictureAndFailsAtEvaluationWhenMissing) {
+    ScratchFolder scratch;
+    Engine engine;
+    Node* node = engine.AddNode(std::make_unique<ImageFileNode>(), "photo");
+    ASSERT_NE(node, nullptr);
+    ASSERT_TRUE(engine.SetAttributeValue(node, 0, NodeValue::Text(scratch / "gone.png")));
+    EXPECT_FALSE(engine.EvaluateNode(node));
+    EXPECT_EQ(node->GetState(), Node::kStateError);
+    EXPECT_NE(node->GetStateMessage().find("gone.png"), std::string::npos);
+
+    Image* image = new Image(3, 2);
+    image->AddRef();
+    const float pixel[4] = {1.0f, 0.0f, 0.0f, 1.0f};
+    image->Fill(pixel);
+    ASSERT_TRUE(image->WriteFile(scratch / "red.png", 8, nullptr));
+    image->Release();
+    ASSERT_TRUE(engine.SetAttributeValue(node, 0, NodeValue::Text(scratch / "red.png")));
+    EXPECT_TRUE(engine.EvaluateNode(node));
+    const NodeValue value = engine.GetOutputValue(node, 0);
+    ASSERT_NE(value.GetImage(), nullptr);
+    EXPECT_EQ(value.GetImage()->GetSizeX(), 3);
+    EXPECT_EQ(value.GetImage()->GetConstArray()[0], 1.0f);
+    EXPECT_EQ(value.GetImage()->GetConstArray()[1], 0.0f);
+}
+
+}  // namespace
