@@ -3,16 +3,30 @@
 #include <cmath>
 #include <cstdint>
 
-#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 
+namespace {
+
+// A private copy of the coherent noise's range folding, until both use one shared helper:
+// v >= 2^30 becomes 2 fmod(v, 2^30) - 2^30, v <= -2^30 becomes 2 fmod(v, 2^30) + 2^30.
+double foldToInt32Range(double v) {
+    constexpr double kLimit = 1073741824.0;
+    if (v >= kLimit)
+        return 2.0 * std::fmod(v, kLimit) - kLimit;
+    if (v <= -kLimit)
+        return 2.0 * std::fmod(v, kLimit) + kLimit;
+    return v;
+}
+
+}  // namespace
+
 TextureColor CheckerboardElement3D::getValue(double x, double y, double /*z*/) const {
-    const auto a = static_cast<std::int32_t>(std::floor(2.0 * foldToInt32Range(x)));
-    const auto b = static_cast<std::int32_t>(std::floor(2.0 * foldToInt32Range(y)));
-    // Summed in unsigned arithmetic: the parity is the same and the sum cannot overflow.
-    const std::uint32_t sum = static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b);
-    return (sum & 1u) == 0 ? mColorA : mColorB;
+    const std::int32_t a = floorToInt32(2.0 * foldToInt32Range(x));
+    const std::int32_t b = floorToInt32(2.0 * foldToInt32Range(y));
+    const bool even = ((static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b)) & 1u) == 0u;
+    return even ? mColorA : mColorB;
 }
 
 }  // namespace noisepp

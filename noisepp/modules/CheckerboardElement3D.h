@@ -4,16 +4,18 @@
 
 namespace noisepp {
 
-/// Squares 0.5 units wide in x and y alternating between two colours; z is ignored.
+/// Evaluates a CheckerboardModule. x and y are first folded into +-2^30 (as the coherent
+/// noise folds its coordinates), so far-away points still alternate.
 class CheckerboardElement3D : public PipelineElement3D {
 public:
     CheckerboardElement3D(const TextureColor& colorA, const TextureColor& colorB)
         : mColorA(colorA), mColorB(colorB) {}
+
     TextureColor getValue(double x, double y, double z) const override;
 
 private:
-    const TextureColor mColorA;
-    const TextureColor mColorB;
+    TextureColor mColorA;
+    TextureColor mColorB;
 };
 
 }  // namespace noisepp

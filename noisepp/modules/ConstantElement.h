@@ -4,15 +4,17 @@
 
 namespace noisepp {
 
-/// Returns one stored colour for every point.
-template <class Base>
-class ConstantElement : public Base {
+/// The same colour at every point; `Element` is the element interface it implements
+/// (PipelineElement3D).
+template <class Element>
+class ConstantElement : public Element {
 public:
     explicit ConstantElement(const TextureColor& color) : mColor(color) {}
+
     TextureColor getValue(double, double, double) const override { return mColor; }
 
 private:
-    const TextureColor mColor;
+    TextureColor mColor;
 };
 
 }  // namespace noisepp

@@ -17,7 +17,6 @@ void ConstantModule::write(OutStream& stream) const {
 }
 
 void ConstantModule::read(InStream& stream) {
-    // Read all four before storing, so that a short stream leaves the module unchanged.
     const double red = stream.readDouble();
     const double green = stream.readDouble();
     const double blue = stream.readDouble();

@@ -1,0 +1,123 @@
+#include "noisepp/modules/BlobsElement3D.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "noisepp/modules/CellIndex.h"
+#include "noisepp/modules/ColorBlend.h"
+#include "noisepp/modules/NoiseTables.h"
+
+namespace noisepp {
+
+namespace {
+
+// Bit masks that pick and recombine bits of a cell's eight corner bytes into its blob's
+// offsets, radius and presence (m0 ... m25).
+constexpr std::array<std::uint32_t, 26> m = {1,   2,  4,   8,   16, 32,  64,  128, 3,
+                                             12,  48, 192, 129, 66, 36,  24,  5,   10,
+                                             160, 80, 15,  240, 60, 195, 204, 51};
+constexpr double kInverse255 = 0.00392156862745098;
+
+/// x rounded to a whole number, an exact half going down.
+double roundHalfDown(double x) {
+    const double r = std::floor(x);
+    return x - r > 0.5 ? std::ceil(x) : r;
+}
+
+/// 6r^5 - 15r^4 + 10r^3, evaluated term by term as written.
+double quintic(double r) {
+    const double r3 = r * r * r;
+    const double r4 = r3 * r;
+    const double r5 = r4 * r;
+    return 6.0 * r5 - 15.0 * r4 + 10.0 * r3;
+}
+
+}  // namespace
+
+BlobsElement3D::BlobsElement3D(const Settings& settings)
+    : mFrequency(settings.frequency),
+      mColorA(settings.colorA),
+      mColorB(settings.colorB),
+      mDensityThreshold(truncateToInt32(roundHalfDown(settings.density * 255.0))),
+      mReach(settings.largeInteraction ? 2 : 1),
+      mSeed(static_cast<std::uint32_t>(settings.seed)),
+      mPermutation(kPermutationTable) {
+    // A blob that may reach two cells away also gets twice the radius.
+    const double radiusFactor = settings.largeInteraction ? 2.0 : 1.0;
+    mMinRadius = settings.minRadius * radiusFactor;
+    mSpread = settings.maxRadius * radiusFactor - mMinRadius;
+}
+
+TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
+    const double X = x * mFrequency;
+    const double Y = y * mFrequency;
+    const double Z = z * mFrequency;
+    const std::int32_t fx = floorToInt32(X);
+    const std::int32_t fy = floorToInt32(Y);
+    const std::int32_t fz = floorToInt32(Z);
+    const std::uint32_t s = mSeed;
+    const auto p = [this](std::uint32_t i) {
+        return static_cast<std::uint32_t>(mPermutation[i & 255u]);
+    };
+
+    double sum = 0.0;
+    for (std::int32_t k = -mReach; k <= mReach; ++k) {
+        const std::int32_t cz = wrapAdd(fz, k);
+        const auto uz = static_cast<std::uint32_t>(cz);
+        for (std::int32_t j = -mReach; j <= mReach; ++j) {
+            const std::int32_t cy = wrapAdd(fy, j);
+            const auto uy = static_cast<std::uint32_t>(cy);
+            for (std::int32_t i = -mReach; i <= mReach; ++i) {
+                const std::int32_t cx = wrapAdd(fx, i);
+                const auto ux = static_cast<std::uint32_t>(cx);
+
+                const std::uint32_t a0 = p(ux + s) + s;
+                const std::uint32_t a1 = p(ux + s + 1u) + s;
+                const std::uint32_t b00 = p(a0 + uy) + s;
+                const std::uint32_t b10 = p(a1 + uy) + s;
+                const std::uint32_t b01 = p(a0 + uy + 1u) + s;
+                const std::uint32_t b11 = p(a1 + uy + 1u) + s;
+                const std::uint32_t h000 = p(b00 + uz);
+                const std::uint32_t h100 = p(b10 + uz);
+                const std::uint32_t h010 = p(b01 + uz);
+                const std::uint32_t h110 = p(b11 + uz);
+                const std::uint32_t h001 = p(b00 + uz + 1u);
+                const std::uint32_t h101 = p(b10 + uz + 1u);
+                const std::uint32_t h011 = p(b01 + uz + 1u);
+                const std::uint32_t h111 = p(b11 + uz + 1u);
+
+                const std::uint32_t presence = (h101 & m[3]) + (h011 & m[4]) + (h111 & m[2]) +
+                                               (h001 & m[5]) + (h110 & m[6]) + (h010 & m[0]) +
+                                               (h100 & m[1]) + (h000 & m[7]);
+                if (static_cast<std::int32_t>(presence) >= mDensityThreshold)
+                    continue;
+
+                const std::uint32_t qx =
+                    (((h111 & m[8]) + (h101 & m[9]) + (h110 & m[11]) + (h100 & m[10])) & m[21]) +
+                    (((h000 & m[8]) + (h011 & m[11]) + (h001 & m[10]) + (h010 & m[9])) & m[20]);
+                const std::uint32_t qy =
+                    (((h111 & m[12]) + (h011 & m[13]) + (h110 & m[15]) + (h010 & m[14])) & m[23]) +
+                    (((h101 & m[15]) + (h001 & m[14]) + (h100 & m[13]) + (h000 & m[12])) & m[22]);
+                const std::uint32_t qz =
+                    (((h101 & m[19]) + (h111 & m[16]) + (h011 & m[17]) + (h001 & m[18])) & m[25]) +
+                    (((h110 & m[19]) + (h010 & m[18]) + (h100 & m[17]) + (h000 & m[16])) & m[24]);
+                const std::uint32_t qr = (h111 & m[3]) + (h011 & m[5]) + (h101 & m[4]) +
+                                         (h001 & m[1]) + (h110 & m[0]) + (h010 & m[2]) +
+                                         (h100 & m[7]) + (h000 & m[6]);
+
+                const double dx = cx + qx * kInverse255 - X;
+                const double dy = cy + qy * kInverse255 - Y;
+                const double dz = cz + qz * kInverse255 - Z;
+                const double radius = qr * kInverse255 * mSpread + mMinRadius;
+                const double d2 = dx * dx + dy * dy + dz * dz;
+                if (radius * radius > d2) {
+                    const double r = std::sqrt(d2) / radius;
+                    sum += 1.0 - quintic(r);
+                }
+            }
+        }
+    }
+    return blendColors(mColorA, mColorB, static_cast<float>(std::min(1.0, sum)));
+}
+
+}  // namespace noisepp

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "noisepp/core/PipelineElement3D.h"
+
+namespace noisepp {
+
+/// Evaluates a BlobsModule: sums the soft spheres of the 3 x 3 x 3 cells around the point
+/// (5 x 5 x 5 with large interaction). Blob centres, radii and presence come from the
+/// permutation table, which the element copies so that every lookup stays within it.
+class BlobsElement3D : public PipelineElement3D {
+public:
+    /// What the element copies from its module; `seed` already includes the pipeline's seed.
+    struct Settings {
+        double frequency;
+        TextureColor colorA;
+        TextureColor colorB;
+        double minRadius;
+        double maxRadius;
+        double density;
+        bool largeInteraction;
+        std::int32_t seed;
+    };
+
+    explicit BlobsElement3D(const Settings& settings);
+
+    TextureColor getValue(double x, double y, double z) const override;
+
+    /// A cell holds a blob when its presence byte is below this number.
+    std::int32_t getDensityThreshold() const { return mDensityThreshold; }
+
+private:
+    double mFrequency;
+    TextureColor mColorA;
+    TextureColor mColorB;
+    double mMinRadius;
+    double mSpread;
+    std::int32_t mDensityThreshold;
+    std::int32_t mReach;
+    std::uint32_t mSeed;
+    std::array<std::int32_t, 512> mPermutation;
+};
+
+}  // namespace noisepp

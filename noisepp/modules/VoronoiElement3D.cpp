@@ -1,0 +1,137 @@
+#include "noisepp/modules/VoronoiElement3D.h"
+
+#include <array>
+#include <cmath>
+
+#include "noisepp/modules/CellIndex.h"
+#include "noisepp/modules/CellRandom.h"
+#include "noisepp/modules/ColorBlend.h"
+
+namespace noisepp {
+
+namespace {
+
+constexpr std::int32_t kShapeCells = 1;
+constexpr std::int32_t kShapeChips = 2;
+constexpr std::int32_t kShapeEdges = 3;
+constexpr int kReach = 2;
+constexpr int kBlock = 2 * kReach + 1;
+constexpr double kSqrt3 = 1.7320508075688772;
+constexpr double kFar = 2147483647.0;
+
+struct Point {
+    double x, y, z;
+};
+
+/// The three hash terms of a cell corner, summed with 32-bit wrap-around.
+std::int32_t cellHash(std::int32_t cx, std::int32_t cy, std::int32_t cz) {
+    return static_cast<std::int32_t>(1619u * static_cast<std::uint32_t>(cx) +
+                                     31337u * static_cast<std::uint32_t>(cy) +
+                                     6971u * static_cast<std::uint32_t>(cz));
+}
+
+Point featurePoint(std::int32_t cx, std::int32_t cy, std::int32_t cz, std::int32_t seed,
+                   double bias) {
+    const std::uint32_t h =
+        static_cast<std::uint32_t>(cellHash(cx, cy, cz)) + 1013u * static_cast<std::uint32_t>(seed);
+    return {cx + bias * cellRandom(static_cast<std::int32_t>(h)),
+            cy + bias * cellRandom(static_cast<std::int32_t>(h + 1013u)),
+            cz + bias * cellRandom(static_cast<std::int32_t>(h + 2026u))};
+}
+
+double squaredDistance(const Point& p, double x, double y, double z) {
+    const double dx = p.x - x;
+    const double dy = p.y - y;
+    const double dz = p.z - z;
+    return dx * dx + dy * dy + dz * dz;
+}
+
+/// Calls f(point) for the feature point of every cell of the block around (ix, iy, iz), x
+/// outermost and z innermost: the visiting order decides ties.
+template <class Function>
+void forEachFeaturePoint(std::int32_t ix, std::int32_t iy, std::int32_t iz, std::int32_t seed,
+                         double bias, Function&& f) {
+    for (int i = -kReach; i <= kReach; ++i) {
+        const std::int32_t cx = wrapAdd(ix, i);
+        for (int j = -kReach; j <= kReach; ++j) {
+            const std::int32_t cy = wrapAdd(iy, j);
+            for (int k = -kReach; k <= kReach; ++k)
+                f(featurePoint(cx, cy, wrapAdd(iz, k), seed, bias));
+        }
+    }
+}
+
+}  // namespace
+
+TextureColor VoronoiElement3D::getValue(double x, double y, double z) const {
+    const double f = mSettings.frequency;
+    if (mSettings.shape >= kShapeEdges)
+        return edgeDistance(x * f, y * f, z * f);
+    return shadedCell(x * f, y * f, z * f);
+}
+
+TextureColor VoronoiElement3D::shadedCell(double x, double y, double z) const {
+    double nearest = kFar;
+    double second = kFar;
+    Point nearestPoint{0.0, 0.0, 0.0};
+    forEachFeaturePoint(latticeCellOf(x), latticeCellOf(y), latticeCellOf(z), mSettings.seed,
+                        mSettings.bias, [&](const Point& p) {
+                            const double d = squaredDistance(p, x, y, z);
+                            if (d < nearest) {
+                                second = nearest;
+                                nearest = d;
+                                nearestPoint = p;
+                            } else if (d < second) {
+                                second = d;
+                            }
+                        });
+
+    double e = 0.0;
+    if (mSettings.shape == kShapeCells) {
+        e = kSqrt3 * std::sqrt(nearest) - 1.0;
+    } else if (mSettings.shape == kShapeChips) {
+        e = (kSqrt3 * std::sqrt(second) - 1.0) - (kSqrt3 * std::sqrt(nearest) - 1.0);
+    }
+    // The shade of a cell depends on where its point lies, not on the seed.
+    const double c = cellRandom(cellHash(floorToInt32(nearestPoint.x), floorToInt32(nearestPoint.y),
+                                         floorToInt32(nearestPoint.z)));
+    return applyColourRamp(c * mSettings.displacement + e, mSettings.ramp);
+}
+
+TextureColor VoronoiElement3D::edgeDistance(double x, double y, double z) const {
+    std::array<Point, kBlock * kBlock * kBlock> points;
+    std::size_t count = 0;
+    double nearest = kFar;
+    std::size_t nearestIndex = 0;
+    forEachFeaturePoint(latticeCellOf(x), latticeCellOf(y), latticeCellOf(z), mSettings.seed,
+                        mSettings.bias, [&](const Point& p) {
+                            const double d = squaredDistance(p, x, y, z);
+                            if (d < nearest) {
+                                nearest = d;
+                                nearestIndex = count;
+                            }
+                            points[count++] = {p.x - x, p.y - y, p.z - z};
+                        });
+
+    // Distance from the point to the plane halfway between the nearest feature point n and
+    // each other one q, both relative to the point. Coinciding points span no plane.
+    const Point n = points[nearestIndex];
+    double t = kFar;
+    for (const Point& q : points) {
+        const double dx = q.x - n.x;
+        const double dy = q.y - n.y;
+        const double dz = q.z - n.z;
+        const double length2 = dx * dx + dy * dy + dz * dz;
+        if (length2 > 0.0001) {
+            const double distance =
+                ((n.x + q.x) / 2.0 * dx + (n.y + q.y) / 2.0 * dy + (n.z + q.z) / 2.0 * dz) /
+                std::sqrt(length2);
+            if (distance < t)
+                t = distance;
+        }
+    }
+    // Used as it is: edge distances above 1 extrapolate past colour B on purpose.
+    return blendColors(mSettings.ramp.colorA, mSettings.ramp.colorB, static_cast<float>(t));
+}
+
+}  // namespace noisepp

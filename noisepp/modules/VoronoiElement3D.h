@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include "noisepp/core/PipelineElement3D.h"
+#include "noisepp/modules/ColourRamp.h"
+
+namespace noisepp {
+
+/// Evaluates a VoronoiModule. Every point visits the same 5 x 5 x 5 block of cells around its
+/// own, with no early exit, so the cost per point is fixed.
+class VoronoiElement3D : public PipelineElement3D {
+public:
+    /// What the element copies from its module; `seed` already includes the pipeline's seed.
+    struct Settings {
+        double frequency;
+        std::int32_t seed;
+        double bias;
+        std::int32_t shape;
+        double displacement;
+        ColourRamp ramp;
+    };
+
+    explicit VoronoiElement3D(const Settings& settings) : mSettings(settings) {}
+
+    TextureColor getValue(double x, double y, double z) const override;
+
+private:
+    TextureColor shadedCell(double x, double y, double z) const;
+    TextureColor edgeDistance(double x, double y, double z) const;
+
+    Settings mSettings;
+};
+
+}  // namespace noisepp
