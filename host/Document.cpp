@@ -1,13 +1,14 @@
 #include "host/Document.h"
 
 #include <unistd.h>
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -226,16 +227,22 @@ std::string Describe(Engine& engine, Node* node) {
     return "node '" + engine.GetNodeId(node) + "' (" + node->GetTypeName() + ")";
 }
 
+/// Ids name nodes in links and on the command line, so they stay plain: letters, digits, '_', '-'.
+bool IsValidId(const std::string& id) {
+    return !id.empty() && std::all_of(id.begin(), id.end(), [](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '_' || c == '-';
+    });
+}
+
 void LoadNode(const json& entry, std::size_t index, Engine& engine, const PluginLoader& catalogue,
               const fs::path& folder) {
-    static const std::regex kIdPattern("[A-Za-z0-9_-]+");
     std::string place = "nodes[" + std::to_string(index) + "]";
     if (!entry.is_object())
         Fail(place + ": expected an object");
     if (!entry.contains("id") || !entry["id"].is_string())
         Fail(place + ": \"id\" (a string) is missing");
     const std::string id = entry["id"].get<std::string>();
-    if (!std::regex_match(id, kIdPattern))
+    if (!IsValidId(id))
         Fail(place + ": id '" + id + "' may hold only letters, digits, '_' and '-'");
     place = "node '" + id + "'";
     if (engine.FindNode(id) != nullptr)
