@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "host/Image.h"
@@ -125,9 +126,22 @@ TEST(CommandLineTest, MissingPluginIsABadUsageNamingTexturePlugin) {
     const auto result = RunTexture("--plugin /nonexistent/libTexture.so nodes", scratch);
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_NE(result.err.find("TEXTURE_PLUGIN"), std::string::npos) << result.err;
-    const auto selfcheck = RunTexture(kPluginArgument + "selfcheck", scratch);
-    EXPECT_EQ(selfcheck.exitCode, 0) << selfcheck.err;
-    EXPECT_NE(selfcheck.out.find("2 of 2"), std::string::npos) << selfcheck.out;
+}
+
+TEST(CommandLineTest, SelfCheckCountsOnlyTypesWithACheckAndFailsOnAFailingOne) {
+    ScratchFolder scratch;
+    const auto passing = RunTexture(kPluginArgument + "selfcheck", scratch);
+    EXPECT_EQ(passing.exitCode, 0) << passing.err;
+    EXPECT_NE(passing.out.find("pass  Test Fill"), std::string::npos) << passing.out;
+    EXPECT_NE(passing.out.find("1 of 1 self-checks passed"), std::string::npos) << passing.out;
+
+    setenv("TEXTURE_TEST_FAILING_SELFCHECK", "1", 1);
+    const auto failing = RunTexture(kPluginArgument + "selfcheck", scratch);
+    unsetenv("TEXTURE_TEST_FAILING_SELFCHECK");
+    EXPECT_EQ(failing.exitCode, 1);
+    EXPECT_NE(failing.out.find("FAIL  Test Invert"), std::string::npos) << failing.out;
+    EXPECT_NE(failing.out.find("1 of 2 self-checks passed"), std::string::npos) << failing.out;
+    EXPECT_NE(failing.err.find("failed on purpose"), std::string::npos) << failing.err;
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 // A test-only plug-in: "Test Fill" (a size x size image of one colour) and "Test Invert"
 // (1 - rgb of its input image), exported through the three plug-in functions.
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
 #include "host/Image.h"
 #include "host/LibraryInterface.h"
+#include "host/Log.h"
 #include "host/Node.h"
 #include "host/NodeFactory.h"
 #include "host/NodeInterface.h"
@@ -114,7 +116,15 @@ public:
     std::string GetTypeName() const override { return mTypeName; }
     NodeType GetNodeType() const override { return {99, 7, mCode}; }
     std::string GetLibraryName() const override { return "Test"; }
-    bool RunSelfTest() override { return true; }
+    /// "Test Fill" has a self-check that passes; "Test Invert" has none, unless
+    /// TEXTURE_TEST_FAILING_SELFCHECK is set: then it has one that fails and says why.
+    bool RunSelfTest() override {
+        if (mTypeName == "Test Fill")
+            return true;
+        if (std::getenv("TEXTURE_TEST_FAILING_SELFCHECK") != nullptr)
+            Log::Error("Test Invert: self-check failed on purpose");
+        return false;
+    }
 
 private:
     std::string mTypeName;
