@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/ColorBlend.h"
@@ -18,10 +19,18 @@ constexpr std::array<std::uint32_t, 26> m = {1,   2,  4,   8,   16, 32,  64,  12
                                              160, 80, 15,  240, 60, 195, 204, 51};
 constexpr double kInverse255 = 0.00392156862745098;
 
-/// x rounded to a whole number, an exact half going down.
-double roundHalfDown(double x) {
+/// density x 255 rounded to a whole number, an exact half going down. Presence bytes are
+/// 0..255, so a threshold beyond the 32-bit range saturates instead of wrapping: a huge density
+/// still means a blob in every cell, and not a number means none.
+std::int32_t densityThreshold(double density) {
+    const double x = density * 255.0;
     const double r = std::floor(x);
-    return x - r > 0.5 ? std::ceil(x) : r;
+    const double rounded = x - r > 0.5 ? std::ceil(x) : r;
+    if (!(rounded > -2147483648.0))
+        return std::numeric_limits<std::int32_t>::min();
+    if (rounded > 2147483647.0)
+        return std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(rounded);
 }
 
 /// 6r^5 - 15r^4 + 10r^3, evaluated term by term as written.
@@ -38,7 +47,7 @@ BlobsElement3D::BlobsElement3D(const Settings& settings)
     : mFrequency(settings.frequency),
       mColorA(settings.colorA),
       mColorB(settings.colorB),
-      mDensityThreshold(truncateToInt32(roundHalfDown(settings.density * 255.0))),
+      mDensityThreshold(densityThreshold(settings.density)),
       mReach(settings.largeInteraction ? 2 : 1),
       mSeed(static_cast<std::uint32_t>(settings.seed)),
       mPermutation(kPermutationTable) {

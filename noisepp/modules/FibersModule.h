@@ -15,11 +15,12 @@ namespace noisepp {
 /// the xy plane; `density` is the share of them that is present. A fibre's direction strays
 /// from the x axis by up to 90 degrees at alignment 0 and not at all at alignment 1; its length
 /// is up to the cell length, shorter ones becoming more common as `bias` falls below 1 (0.5:
-/// lengths evenly spread); its width is up to `size` times half a cell, thinner ones becoming
-/// more common as `sizeBias` falls below 1. Shapes: 0 smooth (round spindles tapering to points,
-/// gently bowed unless fully aligned; also any unknown shape), 1 box (square section, straight),
-/// 2 cylinder (round section, straight). `fade` is the share of a fibre's half-width over which
-/// its edge fades into what lies below (0 hard edge, 1 from the centre line on).
+/// lengths evenly spread); its width is up to `size` times a quarter of the cell width, thinner
+/// ones becoming more common as `sizeBias` falls below 1 (0.5: widths evenly spread). Shapes: 0
+/// smooth (round spindles tapering to points, gently bowed unless fully aligned; also any unknown
+/// shape), 1 box (square section, straight), 2 cylinder (round section, straight). `fade` is the
+/// share of a fibre's half-width over which its edge fades into what lies below (0 hard edge, 1
+/// from the centre line on).
 ///
 /// Each fibre takes a random colour between colour A and colour B; higher fibres lie over lower
 /// ones, and the matrix shows between them: the source texture (source 0, optional) where one
@@ -58,7 +59,7 @@ public:
     /// 0 smooth, 1 box, 2 cylinder.
     void setShape(std::int32_t shape) { mShape = shape; }
     std::int32_t getShape() const { return mShape; }
-    /// Width of the widest fibres, as a share of half a cell width.
+    /// Width of the widest fibres: a quarter of the cell width at 1, nothing at 0.
     void setSize(double size) { mSize = size; }
     double getSize() const { return mSize; }
     /// Softness of the fibre edges.

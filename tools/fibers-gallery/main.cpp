@@ -38,6 +38,13 @@ struct Picture {
     bool ringMatrix = false;
 };
 
+/// A number as a caption shows it: 0, 0.5, 0.9.
+std::string shortNumber(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
 std::vector<Picture> pictures() {
     std::vector<Picture> list;
     list.push_back({"defaults", "node defaults", 4.0, [](FibersModule&) {}});
@@ -101,7 +108,7 @@ std::vector<Picture> pictures() {
     for (const double alignment : {0.0, 0.5, 0.9}) {
         const auto name = "alignment-" + std::to_string(static_cast<int>(alignment * 100.0));
         list.push_back(
-            {name, "alignment " + std::to_string(alignment), 2.0, [alignment](FibersModule& m) {
+            {name, "alignment " + shortNumber(alignment), 2.0, [alignment](FibersModule& m) {
                  m.setScale(4.0);
                  m.setAspect(3.0);
                  m.setFibers(12);
@@ -157,7 +164,7 @@ bool render(const noisepp::Module& module, double extent, int size, const std::s
 int main(int argc, char** argv) {
     CLI::App app{"Renders the Fibers texture at the settings shown in docs/fibers.md."};
     std::string output = "docs/images";
-    int size = 384;
+    int size = 256;
     std::string only;
     app.add_option("-o,--output", output, "Folder for the fibers-<name>.png files")
         ->capture_default_str();
