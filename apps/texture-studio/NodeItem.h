@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QGraphicsItem>
+#include <QIcon>
+#include <vector>
+
+class Node;
+
+/// A node drawn in the graph: a box titled with its type and id, its input plugs on the left
+/// and its outputs on the right. Shows the node's state (error red, warning yellow) and
+/// whether it is the display node.
+class NodeItem : public QGraphicsItem {
+public:
+    /// A plug drawn on the box.
+    struct Port {
+        bool output = false;
+        unsigned plug = 0;  ///< inplug or outplug id
+        QString name;
+        unsigned plugType = 0;
+    };
+
+    NodeItem(Node* node, const QString& id, const QIcon& icon);
+
+    Node* GetNode() const { return mNode; }
+    const QString& GetId() const { return mId; }
+
+    /// Rebuilds the plugs: every output, every regular input, and the attribute inplugs in
+    /// `linkedAttributeInplugs` (attributes are drawn as plugs only while linked).
+    void SetPorts(const std::vector<unsigned>& linkedAttributeInplugs);
+    const std::vector<Port>& GetPorts() const { return mPorts; }
+    /// The centre of a plug in scene coordinates; the item's centre when it has no such plug.
+    QPointF PortPosition(bool output, unsigned plug) const;
+    /// The plug under a scene point, or null.
+    const Port* PortAt(const QPointF& scenePoint) const;
+
+    void SetDisplay(bool display);
+    /// Re-reads the node's state for colouring and the tool tip.
+    void UpdateState();
+
+    QRectF boundingRect() const override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+
+private:
+    QPointF LocalPortPosition(const Port& port) const;
+    int Rows() const;
+
+    static constexpr double kWidth = 170.0;
+    static constexpr double kTitleHeight = 24.0;
+    static constexpr double kRowHeight = 18.0;
+    static constexpr double kPortRadius = 5.0;
+
+    Node* mNode;
+    QString mId;
+    QIcon mIcon;
+    std::vector<Port> mPorts;
+    bool mDisplay = false;
+    int mState = 0;
+};

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "host/Node.h"
+
+class Image;
+class RenderUvScene;
+
+/// "Render 3D Texture": paints the texture on its input onto a mesh of the document's scene
+/// and publishes the result laid out by the mesh's UVs, as a float RGBO image pinned on the
+/// canvas.
+///
+/// Each surface point is taken into texture space by the scale, rotate (degrees) and
+/// translate attributes. Each of them is a range (value at intensity 0, value at intensity 1):
+/// its first value applies everywhere unless the matching image input ("translate", "rotate",
+/// "scale", of the output's size) steers it per pixel. "samples" and "prefilter" go to the
+/// host's UV renderer (supersampling and edge padding). Without a texture the image is left
+/// as created; without a mesh it is opaque black. The loaded scene is kept between
+/// evaluations until the size, the mesh or the document's models change.
+class ImageRender3DTextureNode : public Node {
+public:
+    enum AttributeId : unsigned {
+        kFrame = 0,
+        kMesh = 1,
+        kTranslateX = 2,
+        kTranslateY = 3,
+        kTranslateZ = 4,
+        kRotateX = 5,
+        kRotateY = 6,
+        kRotateZ = 7,
+        kScaleX = 8,
+        kScaleY = 9,
+        kScaleZ = 10,
+        kSamples = 11,
+        kPrefilter = 12,
+    };
+    enum RegularInputId : unsigned {
+        kTextureInput = 0,
+        kTranslateInput = 1,
+        kRotateInput = 2,
+        kScaleInput = 3,
+    };
+
+    ImageRender3DTextureNode();
+    /// Stops listening to the engine, drops the scene and releases the image.
+    ~ImageRender3DTextureNode() override;
+
+    NodeType GetNodeType() const override;
+    std::string GetTypeName() const override;
+    /// Releases the current image on a release-outputs event (type 11); true for every event.
+    bool OnProcessEvent(const NodeEvent& event) override;
+    void Evaluate(unsigned outplug, Value** inputs) override;
+    /// The current image for index 0 (the node keeps its reference), null otherwise.
+    Image* GetOutputImage(unsigned index) override;
+
+private:
+    /// Engine events: the scene's models changed, a model was reloaded or the scene was
+    /// replaced (the cached scene is stale), or the scene view changed; each reports this
+    /// node's output as changed.
+    void OnEngineEvent(unsigned int code, unsigned int parameter);
+    void ReleaseImage();
+    void PublishNewImage(int width, int height);
+
+    Image* mImage = nullptr;
+    std::atomic<bool> mSceneDirty{true};
+    std::unique_ptr<RenderUvScene> mScene;
+    MeshReference mSceneMesh;
+};

@@ -1,0 +1,365 @@
+// Studio: open (bad documents keep the graph), page edits, undo/redo, display image, add/link/
+// delete nodes and links, linking by dragging plugs, save and read back, image conversion; the
+// --screenshot and --preview batch modes.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <random>
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QGraphicsSceneMouseEvent>
+#include <QImage>
+#include <QMenuBar>
+#include <QProcess>
+
+#include "apps/texture-studio/GraphScene.h"
+#include "apps/texture-studio/ImageConversion.h"
+#include "apps/texture-studio/ImageViewer.h"
+#include "apps/texture-studio/LinkItem.h"
+#include "apps/texture-studio/NodeItem.h"
+#include "apps/texture-studio/StudioWindow.h"
+#include "host/Document.h"
+#include "host/Engine.h"
+#include "host/Image.h"
+#include "host/PluginLoader.h"
+#include "host/widgets/Manager.h"
+#include "host/widgets/QDragSpinner.h"
+#include "host/widgets/QNodeAttributesWidget.h"
+
+namespace {
+
+const std::string kPlugin = TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so";
+const QString kStudio = TEXTURE_BINARY_DIR "/bin/texture-studio";
+
+constexpr const char* kDocument = R"({
+  "format": "texture-graph", "version": 1,
+  "nodes": [
+    {"id": "fill", "type": "Test Fill", "attributes": {"size": 6, "color": [0.2, 0.6, 1, 1]}},
+    {"id": "inv", "type": "Test Invert"}
+  ],
+  "links": [{"from": "fill.image", "to": "inv.image"}],
+  "active": "fill",
+  "display": "inv"
+})";
+
+void EnsureApplication() {
+    if (QApplication::instance() != nullptr)
+        return;
+    static int argc = 1;
+    static char name[] = "studio_tests";
+    static char* argv[] = {name, nullptr};
+    // Never destroyed: at exit Qt's own globals may already be gone.
+    new QApplication(argc, argv);
+}
+
+class StudioTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        EnsureApplication();
+        std::random_device random;
+        folder = std::filesystem::temp_directory_path() /
+                 ("texture-studio-test-" + std::to_string(random()));
+        std::filesystem::create_directories(folder);
+        document = Path("graph.texture.json");
+        std::ofstream(document.toStdString()) << kDocument;
+        std::string error;
+        ASSERT_TRUE(loader.Load(kPlugin, &error)) << error;
+        window = std::make_unique<StudioWindow>(loader);
+    }
+    void TearDown() override {
+        window.reset();
+        Engine::Get()->Clear();  // before the loader unloads the plug-in
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    QString Path(const std::string& name) const {
+        return QString::fromStdString((folder / name).string());
+    }
+    QAction* MenuAction(const QString& prefix) const {
+        for (QAction* menu : window->menuBar()->actions())
+            for (QAction* action : menu->menu()->actions())
+                if (action->text().startsWith(prefix))
+                    return action;
+        return nullptr;
+    }
+    static double Attribute(const char* node, const char* name) {
+        return Engine::Get()->FindNode(node)->FindAttribute(name)->GetValue().GetNumber();
+    }
+    int LinkCount() const {
+        int count = 0;
+        for (QGraphicsItem* item : window->GetScene()->items())
+            count += dynamic_cast<LinkItem*>(item) != nullptr ? 1 : 0;
+        return count;
+    }
+
+    std::filesystem::path folder;
+    QString document;
+    PluginLoader loader;
+    std::unique_ptr<StudioWindow> window;
+};
+
+TEST_F(StudioTest, OpensEditsUndoesAndSaves) {
+    QString error;
+    ASSERT_TRUE(window->OpenDocument(document, &error)) << error.toStdString();
+    Engine* engine = Engine::Get();
+    EXPECT_EQ(Manager::Get()->GetActiveNode(), engine->FindNode("fill"));
+    EXPECT_EQ(Manager::Get()->GetDisplayNode(), engine->FindNode("inv"));
+    EXPECT_EQ(LinkCount(), 1);
+
+    // The display node's image: the inverted fill colour.
+    window->EvaluateDisplay();
+    const QImage& shown = window->GetViewer()->GetImage();
+    ASSERT_EQ(shown.size(), QSize(6, 6));
+    EXPECT_EQ(shown.pixelColor(0, 0), QColor(204, 102, 0));
+
+    // The active node's page edits through the engine.
+    auto* page = qobject_cast<QNodeAttributesWidget*>(window->GetAttributesPage());
+    ASSERT_NE(page, nullptr);
+    auto* size = page->GetRowWidget(1)->findChild<QDragSpinner*>();
+    ASSERT_NE(size, nullptr);
+    size->setValue(9.0);
+    EXPECT_EQ(Attribute("fill", "size"), 9.0);
+    EXPECT_TRUE(window->isWindowModified());
+    window->EvaluateDisplay();
+    EXPECT_EQ(window->GetViewer()->GetImage().size(), QSize(9, 9));
+
+    QAction* undo = MenuAction("&Undo");
+    ASSERT_NE(undo, nullptr);
+    undo->trigger();
+    EXPECT_EQ(Attribute("fill", "size"), 6.0);
+    EXPECT_EQ(size->value(), 6.0);
+    MenuAction("&Redo")->trigger();
+    EXPECT_EQ(Attribute("fill", "size"), 9.0);
+
+    // Rendering writes the display node's image; the file is read back the right way up.
+    ASSERT_TRUE(window->RenderDisplayTo(Path("out.png"), &error)) << error.toStdString();
+    const QImage rendered(Path("out.png"));
+    ASSERT_EQ(rendered.size(), QSize(9, 9));
+    EXPECT_EQ(rendered.pixelColor(4, 4), QColor(204, 102, 0));
+
+    const QString saved = Path("saved.texture.json");
+    ASSERT_TRUE(window->SaveDocument(saved, &error)) << error.toStdString();
+    EXPECT_FALSE(window->isWindowModified());
+    Engine reread;
+    Document check;
+    std::string message;
+    ASSERT_TRUE(check.Load(saved.toStdString(), reread, loader, &message)) << message;
+    EXPECT_EQ(reread.FindNode("fill")->FindAttribute("size")->GetValue().GetNumber(), 9.0);
+    EXPECT_EQ(reread.GetLinks().size(), 1u);
+    EXPECT_EQ(check.GetActive(), "fill");
+    EXPECT_EQ(check.GetDisplay(), "inv");
+}
+
+TEST_F(StudioTest, BadDocumentIsRefusedAndTheGraphStays) {
+    QString error;
+    ASSERT_TRUE(window->OpenDocument(document, &error));
+    const QString bad = Path("bad.texture.json");
+    std::ofstream(bad.toStdString()) << R"({"format": "texture-graph", "version": 1,
+        "nodes": [{"id": "x", "type": "Test Fil"}]})";
+    EXPECT_FALSE(window->OpenDocument(bad, &error));
+    EXPECT_TRUE(error.contains("bad.texture.json")) << error.toStdString();
+    EXPECT_TRUE(error.contains("Test Fil")) << error.toStdString();
+    EXPECT_EQ(Engine::Get()->GetNodes().size(), 2u);
+    EXPECT_EQ(window->GetDocumentPath(), QFileInfo(document).absoluteFilePath());
+    EXPECT_EQ(Manager::Get()->GetDisplayNode(), Engine::Get()->FindNode("inv"));
+}
+
+TEST_F(StudioTest, NodesAreAddedLinkedAndRemoved) {
+    Node* first = window->AddNode("Test Fill", {0, 0});
+    Node* second = window->AddNode("Test Fill", {0, 100});
+    Node* invert = window->AddNode("Test Invert", {200, 0});
+    ASSERT_NE(first, nullptr);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(Engine::Get()->GetNodeId(first), "test_fill");
+    EXPECT_EQ(Engine::Get()->GetNodeId(second), "test_fill_2");
+    EXPECT_EQ(Manager::Get()->GetActiveNode(), invert);
+    EXPECT_EQ(window->AddNode("No Such Type", {0, 0}), nullptr);
+
+    QString error;
+    EXPECT_FALSE(window->ConnectPlugs(first, 0, first, 0, &error)) << "an image into a colour";
+    EXPECT_FALSE(error.isEmpty());
+    ASSERT_TRUE(window->ConnectPlugs(first, 0, invert, invert->FindInplug("image"), &error))
+        << error.toStdString();
+    EXPECT_EQ(LinkCount(), 1);
+    // Linking the same input again replaces the link.
+    ASSERT_TRUE(window->ConnectPlugs(second, 0, invert, invert->FindInplug("image"), &error));
+    EXPECT_EQ(LinkCount(), 1);
+
+    // A selected link is deleted through the Edit menu, and undo brings it back.
+    for (QGraphicsItem* item : window->GetScene()->items())
+        item->setSelected(dynamic_cast<LinkItem*>(item) != nullptr);
+    MenuAction("&Delete")->trigger();
+    EXPECT_EQ(LinkCount(), 0);
+    MenuAction("&Undo")->trigger();
+    EXPECT_EQ(LinkCount(), 1);
+
+    Manager::Get()->SetDisplayNode(second);
+    window->EvaluateDisplay();
+    EXPECT_EQ(window->GetViewer()->GetImage().size(), QSize(4, 4));
+    window->RemoveNode(second);
+    QApplication::processEvents();  // the viewer follows on the next turn of the event loop
+    EXPECT_EQ(Manager::Get()->GetDisplayNode(), nullptr);
+    EXPECT_EQ(Engine::Get()->FindNode("test_fill_2"), nullptr);
+    EXPECT_EQ(LinkCount(), 0);
+    EXPECT_TRUE(window->GetViewer()->GetImage().isNull());
+    EXPECT_FALSE(window->RenderDisplayTo(Path("nothing.png"), &error));
+    EXPECT_TRUE(error.contains("display node")) << error.toStdString();
+}
+
+TEST_F(StudioTest, DraggingFromPlugToPlugAsksForALink) {
+    Node* fill = window->AddNode("Test Fill", {0, 0});
+    Node* invert = window->AddNode("Test Invert", {300, 0});
+    GraphScene* scene = window->GetScene();
+    const QPointF out = scene->ItemFor(fill)->PortPosition(true, 0);
+    const unsigned image = static_cast<unsigned>(invert->FindInplug("image"));
+    const QPointF in = scene->ItemFor(invert)->PortPosition(false, image);
+    ASSERT_NE(out, in);
+
+    struct Request {
+        Node* from;
+        unsigned outplug;
+        Node* to;
+        unsigned inplug;
+    };
+    std::vector<Request> requested;
+    QObject::connect(scene, &GraphScene::connectRequested,
+                     [&](Node* a, unsigned o, Node* b, unsigned i) {
+                         requested.push_back({a, o, b, i});
+                     });
+    const auto mouse = [scene](QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
+        QGraphicsSceneMouseEvent event(type);
+        event.setScenePos(at);
+        event.setButton(Qt::LeftButton);
+        event.setButtons(buttons);
+        QApplication::sendEvent(scene, &event);
+    };
+    // Output to input, and input to output: either way the link runs from the output.
+    for (const auto& [from, to] : {std::pair(out, in), std::pair(in, out)}) {
+        mouse(QEvent::GraphicsSceneMousePress, from, Qt::LeftButton);
+        mouse(QEvent::GraphicsSceneMouseMove, (from + to) / 2, Qt::LeftButton);
+        mouse(QEvent::GraphicsSceneMouseRelease, to, Qt::NoButton);
+    }
+    ASSERT_EQ(requested.size(), 2u);
+    for (const Request& request : requested) {
+        EXPECT_EQ(request.from, fill);
+        EXPECT_EQ(request.outplug, 0u);
+        EXPECT_EQ(request.to, invert);
+        EXPECT_EQ(request.inplug, image);
+    }
+    EXPECT_EQ(LinkCount(), 1) << "the window made the link";
+
+    // Dragging the linked input into empty space asks to unlink it.
+    int unlinks = 0;
+    QObject::connect(scene, &GraphScene::disconnectRequested, [&] { ++unlinks; });
+    mouse(QEvent::GraphicsSceneMousePress, in, Qt::LeftButton);
+    mouse(QEvent::GraphicsSceneMouseRelease, in + QPointF(0, 400), Qt::NoButton);
+    EXPECT_EQ(unlinks, 1);
+    EXPECT_EQ(LinkCount(), 0);
+}
+
+TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
+    auto* image = new Image(2, 2);
+    image->AddRef();
+    float* pixels = image->GetArray();
+    const float bottomLeft[4] = {1.5f, -0.5f, 0.5f, 1.0f};
+    const float topRight[4] = {std::nanf(""), 0.2f, 1.0f, 0.0f};
+    std::copy(bottomLeft, bottomLeft + 4, pixels);   // row 0, column 0
+    std::copy(topRight, topRight + 4, pixels + 12);  // row 1, column 1
+    const QImage picture = ToQImage(*image);
+    image->Release();
+    ASSERT_EQ(picture.size(), QSize(2, 2));
+    // The host's row 0 is the bottom row, the last line of the picture.
+    EXPECT_EQ(picture.pixel(0, 1), qRgba(255, 0, 128, 255));
+    // Opacity stays unassociated: a transparent pixel keeps its colour.
+    EXPECT_EQ(picture.pixel(1, 0), qRgba(0, 51, 255, 0));
+    EXPECT_EQ(picture.pixel(1, 1), qRgba(0, 0, 0, 0));
+}
+
+class StudioProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        EnsureApplication();
+        std::random_device random;
+        folder = std::filesystem::temp_directory_path() /
+                 ("texture-studio-run-" + std::to_string(random()));
+        std::filesystem::create_directories(folder);
+        std::ofstream((folder / "graph.texture.json").string()) << kDocument;
+    }
+    void TearDown() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    /// Runs texture-studio with the test plug-in, offscreen; returns its exit code.
+    int Run(const QStringList& arguments) {
+        return RunWith(QString::fromStdString(kPlugin), arguments);
+    }
+    int RunWith(const QString& plugin, const QStringList& arguments) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        process.setProcessEnvironment(environment);
+        process.start(kStudio, QStringList{"--plugin", plugin} + arguments);
+        if (!process.waitForFinished(60000))
+            return -1;
+        errors = QString::fromLocal8Bit(process.readAllStandardError());
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    }
+    QString Path(const char* name) const {
+        return QString::fromStdString((folder / name).string());
+    }
+
+    std::filesystem::path folder;
+    QString errors;
+};
+
+TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowAndFailsClearly) {
+    const QString shot = Path("shot.png");
+    ASSERT_EQ(Run({Path("graph.texture.json"), "--screenshot", shot}), 0) << errors.toStdString();
+    const QImage image(shot);
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GT(image.width(), 100);
+    EXPECT_GT(image.height(), 100);
+
+    // The test plug-in has no preview action: asked for one, the program says so.
+    EXPECT_EQ(Run({Path("graph.texture.json"), "--screenshot", Path("again.png"), "--preview"}), 1);
+    EXPECT_TRUE(errors.contains("Texture Preview")) << errors.toStdString();
+
+    // A missing document is a bad-usage failure and writes nothing.
+    EXPECT_EQ(Run({Path("missing.texture.json"), "--screenshot", Path("none.png")}), 2);
+    EXPECT_TRUE(errors.contains("missing.texture.json")) << errors.toStdString();
+    EXPECT_FALSE(std::filesystem::exists(folder / "none.png"));
+}
+
+TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
+    // The real plug-in: TEXTURE_PLUGIN when set, else the one built beside the studio.
+    QString plugin = qEnvironmentVariable("TEXTURE_PLUGIN");
+    if (plugin.isEmpty())
+        plugin = TEXTURE_BINARY_DIR "/bin/libTexture.so";
+    if (!QFileInfo::exists(plugin))
+        GTEST_SKIP() << "the texture plug-in is not built";
+    std::ofstream((folder / "perlin.texture.json").string()) << R"({
+      "format": "texture-graph", "version": 1,
+      "nodes": [{"id": "noise", "type": "Perlin Texture"},
+                {"id": "out", "type": "Render 2D Texture",
+                 "attributes": {"frame": [0, 0, 64, 64]}}],
+      "links": [{"from": "noise.texture", "to": "out.texture"}],
+      "active": "noise", "display": "out"})";
+    ASSERT_EQ(
+        RunWith(plugin, {Path("perlin.texture.json"), "--screenshot", Path("p.png"), "--preview"}),
+        0)
+        << errors.toStdString();
+    EXPECT_FALSE(QImage(Path("p.png")).isNull());
+    const QImage preview(Path("p-preview.png"));
+    ASSERT_FALSE(preview.isNull());
+    EXPECT_GT(preview.width(), 100);
+}
+
+}  // namespace

@@ -1,0 +1,406 @@
+// Render 3D Texture node: declaration, the texture-space mapping (surface point, scale, rotation
+// signs and order, translation), driving images (grey and colour, per pixel) and their
+// size-mismatch warnings, frame rounding, the size limit, missing texture and mesh, scene
+// caching and the engine events that invalidate it, thread independence, the release event
+// and the built-in self-check.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "nodes/ImageRender3DTextureNode.h"
+#include "nodes/Render3DSelfTest.h"
+#include "noisepp/modules/PerlinModule.h"
+#include "noisepp/utils/ProcessorCount.h"
+#include "tests/nodes/RenderNodeTestSupport.h"
+
+namespace {
+
+using rendertest::ImageSourceNode;
+using rendertest::ProbeModule;
+using rendertest::RenderGraph;
+
+constexpr int kSize = 8;
+
+/// The centre of pixel (i, j) of a kSize x kSize render, in UV (and, on the unit quad, in
+/// world) coordinates.
+double Centre(int i) {
+    return (i + 0.5) / kSize;
+}
+
+/// A kSize x kSize image whose pixel (i, j) is color(i, j).
+template <class Color>
+Image* MakeImage(int width, int height, Color color) {
+    auto* image = new Image(width, height);
+    float* data = image->GetArray();
+    for (int j = 0; j < height; ++j)
+        for (int i = 0; i < width; ++i) {
+            const std::array<float, 4> c = color(i, j);
+            std::copy(c.begin(), c.end(), data + (static_cast<std::size_t>(j) * width + i) * 4);
+        }
+    return image;
+}
+
+class Render3DNodeTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        quadPath = folder.Write("quad.obj", rendertest::kUnitQuadObj);
+        Engine::Get()->SetSceneModels({quadPath});
+        graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, kSize, kSize}));
+        graph.Set("mesh", NodeValue::Mesh(MeshReference{0, -1, false}));
+        graph.Set("prefilter", NodeValue::Number(0));
+        graph.SetTexture(&probe);
+    }
+    void TearDown() override {
+        graph.engine.Clear();
+        Engine::Get()->SetSceneModels({});
+        noisepp::utils::setProcessorCount(0);
+    }
+
+    /// Expects pixel (i, j) of `pixels` (kSize wide) to show the probe sampled at `point`.
+    static void ExpectProbe(const std::vector<float>& pixels, int i, int j,
+                            const std::array<double, 3>& point) {
+        const float* p = &pixels[(static_cast<std::size_t>(j) * kSize + i) * 4];
+        EXPECT_NEAR(p[0], point[0], 1e-5) << "x at pixel " << i << ", " << j;
+        EXPECT_NEAR(p[1], point[1], 1e-5) << "y at pixel " << i << ", " << j;
+        EXPECT_NEAR(p[2], point[2], 1e-5) << "z at pixel " << i << ", " << j;
+        EXPECT_EQ(p[3], 1.0f);
+    }
+
+    /// Renders and expects every pixel to show the probe at point(x, y) of its centre.
+    template <class Mapping>
+    void ExpectMapping(Mapping point) {
+        const std::vector<float> pixels = graph.Pixels();
+        ASSERT_EQ(pixels.size(), static_cast<std::size_t>(kSize * kSize * 4));
+        for (int j = 0; j < kSize; ++j)
+            for (int i = 0; i < kSize; ++i)
+                ExpectProbe(pixels, i, j, point(i, j, Centre(i), Centre(j)));
+    }
+
+    rendertest::TemporaryFolder folder;
+    std::string quadPath;
+    ProbeModule probe;
+    RenderGraph<ImageRender3DTextureNode> graph;
+};
+
+TEST_F(Render3DNodeTest, DeclaresItsAttributesAndPlugs) {
+    const Node& node = *graph.render;
+    EXPECT_EQ(node.GetNodeType(), (NodeType{10, 304, 5}));
+    EXPECT_EQ(node.GetTypeName(), "Render 3D Texture");
+    const char* names[] = {"frame",    "mesh",     "translate_x", "translate_y", "translate_z",
+                           "rotate_x", "rotate_y", "rotate_z",    "scale_x",     "scale_y",
+                           "scale_z",  "samples",  "prefilter"};
+    ASSERT_EQ(node.GetAttributes().size(), 13u);
+    for (unsigned id = 0; id < 13; ++id)
+        EXPECT_EQ(node.GetAttribute(id)->GetName(), names[id]);
+    EXPECT_EQ(node.GetAttribute(0)->GetDefault().GetFrame(), (Frame{0, 0, 512, 512}));
+    EXPECT_EQ(node.GetAttribute(1)->GetDefault().GetMesh(), (MeshReference{-1, -1, false}));
+    for (unsigned id = 2; id <= 10; ++id) {
+        const Attribute& a = *node.GetAttribute(id);
+        const bool rotate = id >= 5 && id <= 7;
+        const bool scale = id >= 8;
+        EXPECT_EQ(a.GetDefault().GetPoint(), scale ? (Point{1, 1}) : (Point{0, 0})) << a.GetName();
+        EXPECT_EQ(a.GetMinimum(), rotate ? -360.0 : -10000.0) << a.GetName();
+        EXPECT_EQ(a.GetMaximum(), rotate ? 360.0 : 10000.0) << a.GetName();
+        EXPECT_EQ(a.GetDecimals(), 3) << a.GetName();
+    }
+    EXPECT_EQ(node.GetAttribute(11)->GetDefault().GetNumber(), 1.0);
+    EXPECT_EQ(node.GetAttribute(11)->GetMaximum(), 16.0);
+    EXPECT_EQ(node.GetAttribute(12)->GetDefault().GetNumber(), 5.0);
+    EXPECT_EQ(node.GetAttribute(12)->GetMaximum(), 128.0);
+    ASSERT_EQ(node.GetCombinedAttributes().size(), 1u);
+    EXPECT_EQ(node.GetCombinedAttributes()[0].attributeId, 0u);
+
+    const std::vector<std::pair<std::string, unsigned>> inputs = {{"texture", Node::kTexturePlug},
+                                                                  {"translate", Node::kImagePlug},
+                                                                  {"rotate", Node::kImagePlug},
+                                                                  {"scale", Node::kImagePlug}};
+    ASSERT_EQ(node.GetRegularInputs().size(), inputs.size());
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        EXPECT_EQ(node.GetRegularInputs()[i].name, inputs[i].first);
+        EXPECT_EQ(node.GetRegularInputs()[i].plugType, inputs[i].second);
+    }
+    ASSERT_EQ(node.GetOutplugs().size(), 1u);
+    EXPECT_EQ(node.GetOutplugs()[0].name, "image");
+    EXPECT_EQ(node.GetOutplugs()[0].plugType, Node::kImagePlug);
+}
+
+TEST_F(Render3DNodeTest, AQuadWithUvsEqualToItsPositionsShowsTheTextureAtPixelCentres) {
+    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{x, y, 0.0}; });
+
+    noisepp::PerlinModule perlin;
+    perlin.setFrequency(5.0);
+    graph.SetTexture(&perlin);
+    const std::vector<float> pixels = graph.Pixels();
+    noisepp::Pipeline3D pipeline;
+    const auto* element = pipeline.getElement(perlin.addToPipeline(&pipeline));
+    for (int j = 0; j < kSize; ++j)
+        for (int i = 0; i < kSize; ++i) {
+            const noisepp::TextureColor want = element->getValue(Centre(i), Centre(j), 0.0);
+            EXPECT_NEAR(pixels[(j * kSize + i) * 4], want.red, 1e-4) << i << ", " << j;
+        }
+}
+
+TEST_F(Render3DNodeTest, ScalesThenRotatesWithNegatedAnglesThenTranslates) {
+    graph.Set("rotate_z", NodeValue::FromPoint(Point{90, 90}));
+    // Rz(-90) takes (x, y) to (y, -x): the texture turns by -90 degrees.
+    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{y, -x, 0.0}; });
+
+    graph.Set("rotate_z", NodeValue::FromPoint(Point{0, 0}));
+    graph.Set("rotate_x", NodeValue::FromPoint(Point{90, 90}));
+    // Rx(-90) takes (x, y, 0) to (x, 0, -y).
+    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{x, 0.0, -y}; });
+
+    graph.Set("rotate_x", NodeValue::FromPoint(Point{0, 0}));
+    graph.Set("rotate_y", NodeValue::FromPoint(Point{90, 90}));
+    graph.Set("translate_z", NodeValue::FromPoint(Point{0.5, 0.5}));
+    // Ry(-90) takes (x, y, 0) to (0, y, x).
+    ExpectMapping([](int, int, double x, double y) {
+        return std::array<double, 3>{0.0, y, x - 0.5};
+    });
+
+    // All together: divide by the scale, then rotate about x, y and z, then translate.
+    graph.Set("rotate_y", NodeValue::FromPoint(Point{0, 0}));
+    graph.Set("translate_z", NodeValue::FromPoint(Point{0, 0}));
+    graph.Set("scale_x", NodeValue::FromPoint(Point{2, 2}));
+    graph.Set("scale_y", NodeValue::FromPoint(Point{0.5, 0.5}));
+    graph.Set("rotate_x", NodeValue::FromPoint(Point{90, 90}));
+    graph.Set("rotate_z", NodeValue::FromPoint(Point{90, 90}));
+    graph.Set("translate_x", NodeValue::FromPoint(Point{0.25, 0.25}));
+    graph.Set("translate_y", NodeValue::FromPoint(Point{-1, -1}));
+    // S: (x/2, 2y, 0); Rx(-90): (x/2, 0, -2y); Rz(-90): (0, -x/2, -2y); minus (0.25, -1, 0).
+    ExpectMapping([](int, int, double x, double y) {
+        return std::array<double, 3>{-0.25, -x / 2 + 1, -2 * y};
+    });
+}
+
+TEST_F(Render3DNodeTest, AGreyImageDrivesAllThreeAxesPixelByPixel) {
+    auto* images = graph.engine.AddNode(std::make_unique<ImageSourceNode>(), "images");
+    auto* source = static_cast<ImageSourceNode*>(images);
+    // A value per pixel that tells column and row apart.
+    auto grey = [](int i, int j) { return static_cast<float>(i + kSize * j) / (kSize * kSize); };
+    source->SetImage(MakeImage(kSize, kSize, [&](int i, int j) {
+        const float v = grey(i, j);
+        return std::array<float, 4>{v, v, v, 1.0f};
+    }));
+    graph.ConnectImage(images, "translate");
+    graph.Set("translate_x", NodeValue::FromPoint(Point{0, 1}));
+    graph.Set("translate_y", NodeValue::FromPoint(Point{1, 3}));
+    graph.Set("translate_z", NodeValue::FromPoint(Point{0, -4}));
+    ExpectMapping([&](int i, int j, double x, double y) {
+        const double v = grey(i, j);
+        return std::array<double, 3>{x - v, y - (1 + 2 * v), 4 * v};
+    });
+    EXPECT_EQ(graph.render->GetState(), Node::kStateOk);
+
+    // The same image steering the scale: intensity 0.5 halfway between 1 and 3 is 2.
+    graph.engine.Disconnect(graph.render,
+                            static_cast<unsigned>(graph.render->FindInplug("translate")));
+    for (const char* name : {"translate_x", "translate_y", "translate_z"})
+        graph.Set(name, NodeValue::FromPoint(Point{0, 0}));
+    source->SetImage(MakeImage(kSize, kSize, [](int, int) {
+        return std::array<float, 4>{0.5f, 0.5f, 0.5f, 1.0f};
+    }));
+    graph.engine.MarkDirty(images);
+    graph.ConnectImage(images, "scale");
+    graph.Set("scale_x", NodeValue::FromPoint(Point{1, 3}));
+    graph.Set("scale_y", NodeValue::FromPoint(Point{1, 5}));
+    ExpectMapping([](int, int, double x, double y) {
+        return std::array<double, 3>{x / 2, y / 3, 0.0};
+    });
+}
+
+TEST_F(Render3DNodeTest, AColourImageDrivesEachAxisFromItsOwnChannel) {
+    auto* images = graph.engine.AddNode(std::make_unique<ImageSourceNode>(), "images");
+    static_cast<ImageSourceNode*>(images)->SetImage(MakeImage(kSize, kSize, [](int i, int) {
+        // Rotation about z only where red is set: the left half of the image.
+        return std::array<float, 4>{0.0f, 0.0f, i < kSize / 2 ? 1.0f : 0.0f, 1.0f};
+    }));
+    graph.ConnectImage(images, "rotate");
+    graph.Set("rotate_x", NodeValue::FromPoint(Point{0, 90}));
+    graph.Set("rotate_z", NodeValue::FromPoint(Point{0, 90}));
+    ExpectMapping([](int i, int, double x, double y) {
+        return i < kSize / 2 ? std::array<double, 3>{y, -x, 0.0} : std::array<double, 3>{x, y, 0.0};
+    });
+}
+
+TEST_F(Render3DNodeTest, DrivingImagesOfAnotherSizeAreDroppedWithAWarning) {
+    auto* images = graph.engine.AddNode(std::make_unique<ImageSourceNode>(), "images");
+    static_cast<ImageSourceNode*>(images)->SetImage(MakeImage(kSize, kSize + 1, [](int, int) {
+        return std::array<float, 4>{1.0f, 1.0f, 1.0f, 1.0f};
+    }));
+    struct Case {
+        const char* input;
+        const char* attribute;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"translate", "translate_x", "Translate image size doesn't match Texture output."},
+        {"rotate", "rotate_z", "Rotate image size doesn't match Texture output."},
+        {"scale", "scale_x", "Scale image size doesn't match Texture output."},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.input);
+        graph.ConnectImage(images, c.input);
+        // The first value is used, as if no image were linked; the second would show.
+        const bool scale = std::string(c.input) == "scale";
+        graph.Set(c.attribute, NodeValue::FromPoint(scale ? Point{1, 4} : Point{0, 45}));
+        const rendertest::LogCapture log;
+        ExpectMapping([](int, int, double x, double y) {
+            return std::array<double, 3>{x, y, 0.0};
+        });
+        EXPECT_EQ(graph.render->GetState(), Node::kStateWarning);
+        EXPECT_EQ(graph.render->GetStateMessage(), c.message);
+        EXPECT_NE(std::find(log.lines.begin(), log.lines.end(),
+                            std::string("ImageRender3DTextureNode::Evaluate. ") + c.message),
+                  log.lines.end());
+        graph.engine.Disconnect(graph.render,
+                                static_cast<unsigned>(graph.render->FindInplug(c.input)));
+    }
+}
+
+TEST_F(Render3DNodeTest, RoundsTheFrameHalfDownAndPinsTheImage) {
+    graph.Set("frame", NodeValue::FromFrame(Frame{-2.5, 3.5, 2.5, 2.6}));
+    graph.Set("samples", NodeValue::Number(2.5));  // 2 x 2 samples: must still render
+    const NodeValue output = graph.Render();
+    const Image* image = output.GetImage();
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->GetSizeX(), 2);
+    EXPECT_EQ(image->GetSizeY(), 3);
+    EXPECT_EQ(image->GetPinX(), -3);
+    EXPECT_EQ(image->GetPinY(), 3);
+    EXPECT_NEAR(image->GetConstArray()[0], 0.25, 1e-5) << "pixel 0 spans u 0 to 0.5";
+}
+
+TEST_F(Render3DNodeTest, RefusesImagesLargerThanTheHostAllows) {
+    Image::SetMaxSize(kSize, kSize - 1);
+    EXPECT_EQ(graph.Render().GetImage(), nullptr);
+    EXPECT_EQ(graph.render->GetState(), Node::kStateError);
+    EXPECT_EQ(graph.render->GetStateMessage(), "Output image is larger than maximum image size.");
+    Image::SetMaxSize(16384, 16384);
+    graph.engine.MarkDirty(graph.render);
+    EXPECT_NE(graph.Render().GetImage(), nullptr);
+}
+
+TEST_F(Render3DNodeTest, WithoutATextureTheImageIsLeftClearAndWithoutAMeshItIsBlack) {
+    graph.Set("frame", NodeValue::FromFrame(Frame{4, 5, 3, 2}));
+    graph.SetTexture(nullptr);
+    const NodeValue output = graph.Render();
+    ASSERT_NE(output.GetImage(), nullptr);
+    EXPECT_EQ(output.GetImage()->GetPinX(), 4);
+    EXPECT_EQ(output.GetImage()->GetPinY(), 5);
+    EXPECT_EQ(graph.Pixels(), std::vector<float>(3 * 2 * 4, 0.0f));
+    EXPECT_EQ(graph.render->GetState(), Node::kStateOk);
+
+    graph.SetTexture(&probe);
+    graph.Set("mesh", NodeValue::Mesh(MeshReference{-1, -1, false}));
+    std::vector<float> black;
+    for (int i = 0; i < 6; ++i)
+        black.insert(black.end(), {0.0f, 0.0f, 0.0f, 1.0f});
+    EXPECT_EQ(graph.Pixels(), black);
+}
+
+TEST_F(Render3DNodeTest, KeepsItsSceneUntilTheSizeTheMeshOrTheModelsChange) {
+    auto covered = [&](const std::vector<float>& pixels) {
+        std::size_t count = 0;
+        for (std::size_t i = 3; i < pixels.size(); i += 4)
+            count += pixels[i] == 1.0f ? 1 : 0;
+        return count;
+    };
+    const std::string full = folder.Write("full.obj", rendertest::kUnitQuadObj);
+    Engine::Get()->SetSceneModels({quadPath, full});
+    ASSERT_EQ(covered(graph.Pixels()), static_cast<std::size_t>(kSize * kSize));
+
+    // The file changes behind the scene's back; only a rebuilt scene reads it again.
+    folder.Write("quad.obj", std::string(rendertest::kHalfQuadObj) + "# changed\n");
+    noisepp::PerlinModule perlin;
+    graph.SetTexture(&perlin);
+    EXPECT_EQ(covered(graph.Pixels()), static_cast<std::size_t>(kSize * kSize))
+        << "a new texture alone reuses the scene";
+    graph.SetTexture(&probe);
+    Engine::Get()->SendEvent(Engine::kSceneViewChanged);
+    EXPECT_TRUE(graph.engine.IsDirty(graph.render)) << "a view change asks for a new render";
+    EXPECT_EQ(covered(graph.Pixels()), static_cast<std::size_t>(kSize * kSize))
+        << "but keeps the scene";
+
+    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, kSize, kSize * 2}));
+    const std::size_t halfCovered = covered(graph.Pixels());
+    EXPECT_EQ(halfCovered, static_cast<std::size_t>(kSize * kSize)) << "a new size rebuilds";
+
+    graph.Set("mesh", NodeValue::Mesh(MeshReference{1, -1, false}));
+    EXPECT_EQ(covered(graph.Pixels()), static_cast<std::size_t>(kSize * kSize * 2))
+        << "another mesh is drawn";
+    graph.Set("mesh", NodeValue::Mesh(MeshReference{0, -1, false}));
+    EXPECT_EQ(covered(graph.Pixels()), halfCovered);
+
+    // Each engine event that makes the scene stale rebuilds it.
+    for (unsigned code :
+         {Engine::kSceneModelsChanged, Engine::kSceneModelReloaded, Engine::kSceneReplaced}) {
+        SCOPED_TRACE(code);
+        folder.Write("quad.obj",
+                     std::string(rendertest::kUnitQuadObj) + "# " + std::to_string(code) + "\n");
+        graph.SetTexture(&perlin);
+        graph.SetTexture(&probe);
+        EXPECT_EQ(covered(graph.Pixels()), halfCovered) << "no event, no new scene";
+        Engine::Get()->SendEvent(code);
+        EXPECT_TRUE(graph.engine.IsDirty(graph.render));
+        EXPECT_EQ(covered(graph.Pixels()), static_cast<std::size_t>(kSize * kSize * 2));
+        folder.Write("quad.obj",
+                     std::string(rendertest::kHalfQuadObj) + "# " + std::to_string(code) + "\n");
+        Engine::Get()->SendEvent(code);
+        EXPECT_EQ(covered(graph.Pixels()), halfCovered);
+    }
+    Engine::Get()->SendEvent(99);
+    EXPECT_FALSE(graph.engine.IsDirty(graph.render)) << "other events are ignored";
+}
+
+TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {
+    const std::string sphere = std::string(TEXTURE_SOURCE_DIR) + "/host/models/sphere.obj";
+    Engine::Get()->SetSceneModels({sphere});
+    noisepp::PerlinModule perlin;
+    perlin.setFrequency(3.0);
+    graph.SetTexture(&perlin);
+    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, 48, 40}));
+    graph.Set("samples", NodeValue::Number(2));
+    graph.Set("prefilter", NodeValue::Number(2));
+    graph.Set("rotate_y", NodeValue::FromPoint(Point{30, 30}));
+    noisepp::utils::setProcessorCount(1);
+    const std::vector<float> single = graph.Pixels();
+    noisepp::utils::setProcessorCount(3);
+    graph.engine.MarkDirty(graph.render);
+    const std::vector<float> threaded = graph.Pixels();
+    ASSERT_EQ(single.size(), 48u * 40u * 4u);
+    EXPECT_EQ(single, threaded);
+}
+
+TEST_F(Render3DNodeTest, ReleasesItsImageOnTheReleaseEventAndLogsItsRender) {
+    const rendertest::LogCapture log;
+    NodeValue kept = graph.Render();
+    ASSERT_NE(kept.GetImage(), nullptr);
+    EXPECT_EQ(graph.render->GetOutputImage(1), nullptr);
+    EXPECT_EQ(log.lines.front(), "Texture.dll ImageRender3DTextureNode::Evaluate - start");
+    EXPECT_EQ(log.lines.back(), "Texture.dll ImageRender3DTextureNode::Evaluate - finish");
+    EXPECT_TRUE(std::any_of(log.lines.begin(), log.lines.end(), [](const std::string& line) {
+        return std::regex_match(
+            line, std::regex("Texture\\.dll ImageRender3DTextureNode::Evaluate - Render uv scene: "
+                             "\\d+ ms"));
+    }));
+    graph.render->ProcessEvent(NodeEvent::kInputsChanged, 0);
+    EXPECT_EQ(graph.render->GetOutputImage(0), kept.GetImage());
+    graph.engine.ReleaseOutputs(graph.render);
+    EXPECT_EQ(graph.render->GetOutputImage(0), nullptr);
+    EXPECT_EQ(kept.GetImage()->GetRefCount(), 1);
+}
+
+TEST_F(Render3DNodeTest, TheSelfCheckPassesAndRestoresTheScene) {
+    std::string failure;
+    EXPECT_TRUE(runRender3DSelfTest(&failure)) << failure;
+    EXPECT_EQ(Engine::Get()->GetSceneModels(), std::vector<std::string>{quadPath});
+}
+
+}  // namespace

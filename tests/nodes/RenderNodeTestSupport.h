@@ -1,0 +1,201 @@
+#pragma once
+
+// Shared by the render node tests: a node publishing a module the test owns, a probe texture
+// whose colour is the point it is sampled at, OBJ files written to a temporary folder, and a
+// local engine holding a source node linked to the render node under test.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/Engine.h"
+#include "host/Image.h"
+#include "host/Log.h"
+#include "host/Node.h"
+#include "noisepp/core/Module.h"
+#include "noisepp/core/Pipeline.h"
+
+namespace rendertest {
+
+/// Output 0 "texture": whatever module the test hands it (borrowed), null by default.
+class ModuleSourceNode : public Node {
+public:
+    ModuleSourceNode() {
+        mOutputs.push_back({0, kTexturePlug, "texture", 0});
+        UpdateInplugsAndOutplugs();
+    }
+    NodeType GetNodeType() const override { return {99, 2, 1}; }
+    std::string GetTypeName() const override { return "Test Module Source"; }
+    void Evaluate(unsigned, Value**) override {}
+    TextureHandle* GetOutputTexture(unsigned index) override {
+        return index == 0 ? new TextureHandle(module) : nullptr;
+    }
+
+    noisepp::Module* module = nullptr;
+};
+
+/// The colour at (x, y, z) is (x, y, z, 1): a render shows where it sampled the texture.
+class ProbeModule : public noisepp::Module {
+public:
+    ProbeModule() : Module(0) {}
+    std::size_t addToPipeline(noisepp::Pipeline3D* pipeline) const override {
+        return pipeline->addElement(this, new Element());
+    }
+    int getType() const override { return -1; }
+
+private:
+    struct Element : noisepp::PipelineElement3D {
+        noisepp::TextureColor getValue(double x, double y, double z) const override {
+            return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
+        }
+    };
+};
+
+/// A folder of its own under the system's temporary folder, removed with the object.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        mPath = std::filesystem::temp_directory_path() /
+                ("render-node-test-" + std::string(info->test_suite_name()) + "-" + info->name());
+        std::filesystem::remove_all(mPath);
+        std::filesystem::create_directories(mPath);
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(mPath, ignored);
+    }
+    /// Writes `text` to `name` in the folder and returns the file's path.
+    std::string Write(const std::string& name, const std::string& text) const {
+        const std::filesystem::path file = mPath / name;
+        std::ofstream(file) << text;
+        return file.string();
+    }
+
+private:
+    std::filesystem::path mPath;
+};
+
+/// The unit square at z = 0 with UVs equal to its positions: every pixel centre of a render
+/// lies on the surface point with the same x and y as its UV.
+inline const char* const kUnitQuadObj =
+    "o quad\n"
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+    "f 1/1 2/2 3/3\nf 1/1 3/3 4/4\n";
+
+/// The lower-right half of the unit square only (u >= v), UVs equal to positions.
+inline const char* const kHalfQuadObj =
+    "o half\n"
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\n"
+    "f 1/1 2/2 3/3\n";
+
+/// Collects log lines while alive (every level shown), then restores the default sink.
+class LogCapture {
+public:
+    LogCapture() : mLevel(Log::GetLevel()) {
+        Log::SetLevel(Log::Level::kTrace);
+        Log::SetSink([this](Log::Level, const std::string& line) { lines.push_back(line); });
+    }
+    ~LogCapture() {
+        Log::SetSink(nullptr);
+        Log::SetLevel(mLevel);
+    }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    std::vector<std::string> lines;
+
+private:
+    Log::Level mLevel;
+};
+
+/// A local engine with a ModuleSourceNode "source" linked to a render node "render".
+template <class RenderNode>
+class RenderGraph {
+public:
+    RenderGraph() {
+        source = static_cast<ModuleSourceNode*>(
+            engine.AddNode(std::make_unique<ModuleSourceNode>(), "source"));
+        render = static_cast<RenderNode*>(engine.AddNode(std::make_unique<RenderNode>(), "render"));
+        std::string error;
+        EXPECT_TRUE(engine.Connect(source, 0, render,
+                                   static_cast<unsigned>(render->FindInplug("texture")), &error))
+            << error;
+    }
+
+    /// Publishes `module` (borrowed) from the source node; null publishes no texture.
+    void SetTexture(noisepp::Module* module) {
+        source->module = module;
+        engine.MarkDirty(source);
+    }
+
+    void Set(const std::string& attribute, const NodeValue& value) {
+        const Attribute* found = render->FindAttribute(attribute);
+        ASSERT_NE(found, nullptr) << attribute;
+        std::string error;
+        EXPECT_TRUE(engine.SetAttributeValue(render, found->GetId(), value, &error)) << error;
+    }
+
+    /// Links an image node's output 0 to the render node's inplug `inplug`.
+    void ConnectImage(Node* from, const std::string& inplug) {
+        std::string error;
+        EXPECT_TRUE(engine.Connect(from, 0, render,
+                                   static_cast<unsigned>(render->FindInplug(inplug)), &error))
+            << error;
+    }
+
+    /// Evaluates the render node and returns the value on its image outplug (holding a
+    /// reference to the image, if any).
+    NodeValue Render() {
+        engine.EvaluateNode(render);
+        return engine.GetOutputValue(render, 0);
+    }
+
+    /// The float pixels of a render, empty when there is no image.
+    std::vector<float> Pixels() {
+        const NodeValue value = Render();
+        const Image* image = value.GetImage();
+        if (image == nullptr)
+            return {};
+        const float* data = image->GetConstArray();
+        return {data, data + static_cast<std::size_t>(image->GetSizeX()) * image->GetSizeY() * 4};
+    }
+
+    Engine engine;
+    ModuleSourceNode* source = nullptr;
+    RenderNode* render = nullptr;
+};
+
+/// Output 0 "image": an image the test supplies (one reference held while set).
+class ImageSourceNode : public Node {
+public:
+    ImageSourceNode() {
+        mOutputs.push_back({0, kImagePlug, "image", 0});
+        UpdateInplugsAndOutplugs();
+    }
+    ~ImageSourceNode() override { SetImage(nullptr); }
+    NodeType GetNodeType() const override { return {99, 2, 2}; }
+    std::string GetTypeName() const override { return "Test Image Source"; }
+    void Evaluate(unsigned, Value**) override {}
+    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
+
+    /// Takes a reference to `image` (may be null) and drops the previous one.
+    void SetImage(Image* image) {
+        if (image != nullptr)
+            image->AddRef();
+        if (mImage != nullptr)
+            mImage->Release();
+        mImage = image;
+    }
+
+private:
+    Image* mImage = nullptr;
+};
+
+}  // namespace rendertest

@@ -1,0 +1,231 @@
+// Covers: library names, menu entries, one preview dialog, Close, about box, attributes pages.
+
+#include <dlfcn.h>
+
+#include <memory>
+#include <string>
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include "host/LibraryInterface.h"
+#include "host/Node.h"
+#include "host/NodeFactory.h"
+#include "host/NodeInterface.h"
+#include "host/PluginLoader.h"
+#include "host/widgets/QDragSpinner.h"
+#include "host/widgets/QGradientEditor.h"
+#include "host/widgets/QNodeAttributesWidget.h"
+
+namespace {
+
+const char* const kPluginPath = TEXTURE_BINARY_DIR "/bin/libTexture.so";
+
+/// The plug-in, loaded once and never unloaded (its widgets and meta-objects must outlive the
+/// tests).
+PluginLoader& Plugin() {
+    static PluginLoader* const loader = [] {
+        auto* created = new PluginLoader();
+        std::string error;
+        EXPECT_TRUE(created->Load(kPluginPath, &error)) << error;
+        return created;
+    }();
+    return *loader;
+}
+
+/// A fresh library object, as the export hands one out on every call.
+std::unique_ptr<LibraryInterface> NewLibrary() {
+    void* handle = dlopen(kPluginPath, RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr)
+        return nullptr;
+    auto get = reinterpret_cast<GetLibraryInterfaceFunction>(dlsym(handle, "GetLibraryInterface"));
+    return std::unique_ptr<LibraryInterface>(get != nullptr ? get() : nullptr);
+}
+
+int OpenPreviewDialogs() {
+    int count = 0;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (std::string(widget->metaObject()->className()) == "QTextureDialog" &&
+            widget->isVisible())
+            ++count;
+    return count;
+}
+
+QStringList ActionTexts(const QWidget& menu) {
+    QStringList texts;
+    for (const QAction* action : menu.actions())
+        texts << action->text();
+    return texts;
+}
+
+TEST(LibraryMenu, NamesAndMenuEntriesInOrder) {
+    std::unique_ptr<LibraryInterface> library = NewLibrary();
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(library->GetLibraryName(), "Texture");
+    EXPECT_EQ(library->GetDisplayName(), "Texture");
+
+    QMenu menu;
+    library->AddMenuActions(&menu);
+    EXPECT_EQ(ActionTexts(menu), (QStringList{"Texture Preview", "About Texture Module"}));
+    library->RemoveMenuActions(&menu);
+    EXPECT_TRUE(menu.actions().isEmpty());
+}
+
+TEST(LibraryMenu, TexturePreviewOpensOneDialogUntilClose) {
+    std::unique_ptr<LibraryInterface> library = NewLibrary();
+    ASSERT_NE(library, nullptr);
+    QMenu menu;
+    library->AddMenuActions(&menu);
+    QAction* preview = menu.actions().value(0);
+    ASSERT_NE(preview, nullptr);
+
+    EXPECT_EQ(OpenPreviewDialogs(), 0);
+    preview->trigger();
+    preview->trigger();
+    EXPECT_EQ(OpenPreviewDialogs(), 1);
+
+    library->Close();
+    EXPECT_EQ(OpenPreviewDialogs(), 0);
+    preview->trigger();
+    EXPECT_EQ(OpenPreviewDialogs(), 1);
+    library->RemoveMenuActions(&menu);
+    library.reset();  // the library object takes its dialog with it
+    EXPECT_EQ(OpenPreviewDialogs(), 0);
+}
+
+TEST(LibraryMenu, CloseWithoutADialogChangesNothing) {
+    std::unique_ptr<LibraryInterface> library = NewLibrary();
+    ASSERT_NE(library, nullptr);
+    library->Close();
+    EXPECT_EQ(OpenPreviewDialogs(), 0);
+    QMenu menu;
+    library->AddMenuActions(&menu);
+    EXPECT_EQ(menu.actions().size(), 2);
+    library->RemoveMenuActions(&menu);
+}
+
+TEST(LibraryMenu, AboutBoxIsAModalInformationWithOneOkButton) {
+    std::unique_ptr<LibraryInterface> library = NewLibrary();
+    ASSERT_NE(library, nullptr);
+    QMenu menu;
+    library->AddMenuActions(&menu);
+    QString title;
+    QString text;
+    int buttons = -1;
+    bool okOnly = false;
+    // The box blocks in its own event loop: inspect and dismiss it from there.
+    QTimer::singleShot(0, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr)
+            return;
+        title = box->windowTitle();
+        text = box->text();
+        buttons = static_cast<int>(box->buttons().size());
+        okOnly = box->standardButtons() == QMessageBox::Ok;
+        box->accept();
+    });
+    menu.actions().value(1)->trigger();
+    EXPECT_EQ(title, "About Texture Module");
+    EXPECT_TRUE(text.contains("noise engine"));
+    EXPECT_EQ(buttons, 1);
+    EXPECT_TRUE(okOnly);
+    library->RemoveMenuActions(&menu);
+}
+
+/// The interface of the node type with this display name.
+NodeInterface* Type(const std::string& name) {
+    NodeInterface* type = Plugin().FindType(name);
+    EXPECT_NE(type, nullptr) << name;
+    return type;
+}
+
+std::unique_ptr<Node> NewNode(NodeInterface* type) {
+    return std::unique_ptr<Node>(type->GetFactory()->CreateNode());
+}
+
+bool IsLogarithmic(const QNodeAttributesWidget& page, unsigned attributeId) {
+    QWidget* row = page.GetRowWidget(attributeId);
+    auto* spinner = row != nullptr ? row->findChild<QDragSpinner*>() : nullptr;
+    return spinner != nullptr && spinner->isLogarithmic();
+}
+
+TEST(AttributesPage, OnlyPageZeroExistsForEveryType) {
+    const unsigned count = Plugin().GetPluginInterfaceCount();
+    ASSERT_EQ(count, 26u);
+    for (unsigned i = 0; i < count; ++i) {
+        NodeInterface* type = Plugin().GetNodeInterfaces()[i];
+        SCOPED_TRACE(type->GetTypeName());
+        std::unique_ptr<Node> node = NewNode(type);
+        ASSERT_NE(node, nullptr);
+        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, 1), nullptr);
+        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, -1), nullptr);
+        std::unique_ptr<QWidget> page(type->CreateAttributesWidget(node.get(), nullptr, 0));
+        EXPECT_NE(page, nullptr);
+    }
+}
+
+TEST(AttributesPage, FrequencyRowsDragLogarithmically) {
+    struct Row {
+        const char* type;
+        unsigned frequencyId;
+        unsigned otherId;
+    };
+    for (const Row& row : {Row{"Perlin Texture", 0, 1}, Row{"Billow Texture", 0, 1},
+                           Row{"Ridged Multi Texture", 0, 1}, Row{"Voronoi Texture", 0, 1},
+                           Row{"Texture Turbulence", 2, 0}}) {
+        SCOPED_TRACE(row.type);
+        NodeInterface* type = Type(row.type);
+        std::unique_ptr<Node> node = NewNode(type);
+        std::unique_ptr<QWidget> widget(type->CreateAttributesWidget(node.get(), nullptr, 0));
+        auto* page = qobject_cast<QNodeAttributesWidget*>(widget.get());
+        ASSERT_NE(page, nullptr);
+        EXPECT_TRUE(IsLogarithmic(*page, row.frequencyId));
+        EXPECT_FALSE(IsLogarithmic(*page, row.otherId));
+    }
+    // Without presentation records nothing drags logarithmically.
+    NodeInterface* checkerboard = Type("Checkerboard Texture");
+    std::unique_ptr<Node> node = NewNode(checkerboard);
+    std::unique_ptr<QWidget> widget(checkerboard->CreateAttributesWidget(node.get(), nullptr, 0));
+    auto* page = qobject_cast<QNodeAttributesWidget*>(widget.get());
+    ASSERT_NE(page, nullptr);
+    for (unsigned id = 0; id < node->GetAttributes().size(); ++id)
+        EXPECT_FALSE(IsLogarithmic(*page, id)) << id;
+}
+
+TEST(AttributesPage, WaveRowsSixAndSevenAreRelabelled) {
+    NodeInterface* type = Type("Wave Texture");
+    std::unique_ptr<Node> node = NewNode(type);
+    std::unique_ptr<QWidget> widget(type->CreateAttributesWidget(node.get(), nullptr, 0));
+    auto* page = qobject_cast<QNodeAttributesWidget*>(widget.get());
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->GetRowLabel(6), "Strength");
+    EXPECT_EQ(page->GetRowLabel(7), "Seed");
+    EXPECT_NE(page->GetRowLabel(5), "Strength");
+    EXPECT_FALSE(IsLogarithmic(*page, 0));
+}
+
+TEST(AttributesPage, GradientTypeGetsTheGradientEditor) {
+    NodeInterface* type = Type("Texture Gradient");
+    std::unique_ptr<Node> node = NewNode(type);
+    std::unique_ptr<QWidget> page(type->CreateAttributesWidget(node.get(), nullptr, 0));
+    ASSERT_NE(page, nullptr);
+    EXPECT_STREQ(page->metaObject()->className(), "QTextureGradientWidget");
+    auto* editor = page->findChild<QGradientEditor*>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isEnabled());
+    EXPECT_EQ(editor->stopCount(), 2);  // a new node's black-to-white gradient
+
+    // Another type's node handed to the gradient interface is not a gradient node.
+    std::unique_ptr<Node> perlin = NewNode(Type("Perlin Texture"));
+    std::unique_ptr<QWidget> wrong(type->CreateAttributesWidget(perlin.get(), nullptr, 0));
+    ASSERT_NE(wrong, nullptr);
+    EXPECT_FALSE(wrong->findChild<QGradientEditor*>()->isEnabled());
+}
+
+}  // namespace

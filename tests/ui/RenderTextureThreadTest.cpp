@@ -1,0 +1,182 @@
+// Covers: sampled rectangle, keep aspect, black on failure, emitted image, stale discard, shutdown.
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <QImage>
+#include <QObject>
+
+#include <gtest/gtest.h>
+
+#include "host/Engine.h"
+#include "noisepp/modules/ConstantModule.h"
+#include "tests/ui/UiTestSupport.h"
+#include "ui/QRenderTextureThread.h"
+
+namespace {
+
+using noisepp::TextureColor;
+using Parameters = QRenderTextureThread::Parameters;
+using uitest::SpinUntil;
+
+class RenderPreviewTest : public ::testing::Test {
+protected:
+    Node* AddNode(std::unique_ptr<Node> node, const std::string& id) {
+        Node* added = mEngine.AddNode(std::move(node), id);
+        EXPECT_NE(added, nullptr);
+        return added;
+    }
+    Parameters ParametersFor(Node* node) {
+        Parameters parameters;
+        parameters.node = node;
+        parameters.engine = &mEngine;
+        return parameters;
+    }
+
+    Engine mEngine;
+};
+
+TEST_F(RenderPreviewTest, SamplesPixelCentresOfTheChosenRectangleAtFixedZ) {
+    Node* node = AddNode(
+        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
+        "probe");
+    Parameters parameters = ParametersFor(node);
+    parameters.startX = -2.0f;
+    parameters.startY = 3.0f;
+    parameters.rangeX = 4.0f;
+    parameters.rangeY = 8.0f;
+    parameters.fixedZ = 0.5f;
+    parameters.keepAspect = false;
+    std::vector<TextureColor> buffer(4 * 2);
+    ASSERT_TRUE(QRenderTextureThread::RenderPreview(parameters, 4, 2, buffer.data()));
+    // Cells one unit wide and four high; row 0 is the lowest y.
+    EXPECT_FLOAT_EQ(buffer[0].red, -1.5f);
+    EXPECT_FLOAT_EQ(buffer[0].green, 5.0f);
+    EXPECT_FLOAT_EQ(buffer[3].red, 1.5f);
+    EXPECT_FLOAT_EQ(buffer[4].green, 9.0f);
+    EXPECT_FLOAT_EQ(buffer[7].blue, 0.5f);
+}
+
+TEST_F(RenderPreviewTest, KeepAspectDerivesRangeYFromTheImageProportions) {
+    Node* node = AddNode(
+        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
+        "probe");
+    Parameters parameters = ParametersFor(node);
+    parameters.rangeX = 2.0f;
+    parameters.rangeY = 50.0f;  // ignored while keep aspect is on
+    parameters.keepAspect = true;
+    const int width = 200;
+    const int height = 100;
+    std::vector<TextureColor> buffer(width * height);
+    ASSERT_TRUE(QRenderTextureThread::RenderPreview(parameters, width, height, buffer.data()));
+    // Range y is 1: square cells of 0.01, the top row centred at y = 0.995.
+    EXPECT_NEAR(buffer[0].red, 0.005f, 1e-6f);
+    EXPECT_NEAR(buffer[0].green, 0.005f, 1e-6f);
+    EXPECT_NEAR(buffer[(height - 1) * width].green, 0.995f, 1e-5f);
+    EXPECT_NEAR(buffer[width - 1].red, 1.995f, 1e-5f);
+}
+
+TEST_F(RenderPreviewTest, FailsWithoutTouchingTheBufferWhenThereIsNothingToRender) {
+    const TextureColor untouched{0.25f, 0.5f, 0.75f, 1.0f};
+    std::vector<TextureColor> buffer(4, untouched);
+    const auto fails = [&](const Parameters& parameters) {
+        const bool result = QRenderTextureThread::RenderPreview(parameters, 2, 2, buffer.data());
+        for (const TextureColor& color : buffer)
+            EXPECT_EQ(color, untouched);
+        return !result;
+    };
+
+    EXPECT_TRUE(fails(ParametersFor(nullptr)));
+    Node* imageOnly = AddNode(std::make_unique<uitest::ImageOnlyNode>(), "image");
+    EXPECT_TRUE(fails(ParametersFor(imageOnly)));
+    Node* noModule = AddNode(std::make_unique<uitest::ProbeTextureNode>(nullptr), "empty");
+    EXPECT_TRUE(fails(ParametersFor(noModule)));
+
+    Node* probe = AddNode(
+        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
+        "probe");
+    Parameters zeroRange = ParametersFor(probe);
+    zeroRange.rangeX = 0.0f;
+    EXPECT_TRUE(fails(zeroRange));
+
+    // Removing the node frees it: the render must notice before it dereferences the pointer.
+    mEngine.RemoveNode(probe);
+    EXPECT_TRUE(fails(ParametersFor(probe)));
+}
+
+/// Collects the images a thread emits, on the test's thread.
+class ImageCollector {
+public:
+    explicit ImageCollector(QRenderTextureThread& thread) {
+        QObject::connect(
+            &thread, &QRenderTextureThread::RenderedImage, &mContext,
+            [this](const QImage& image) { images.push_back(image); }, Qt::QueuedConnection);
+    }
+    std::vector<QImage> images;
+
+private:
+    QObject mContext;
+};
+
+TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageAndBlackWhenRenderingFails) {
+    auto constant = std::make_unique<noisepp::ConstantModule>();
+    constant->setColor({0.0f, 0.0f, 1.0f, 1.0f});
+    Node* node =
+        AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "constant");
+    QRenderTextureThread thread;
+    ImageCollector collector(thread);
+
+    thread.Render(ParametersFor(node), QSize(8, 4));
+    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 1; }));
+    EXPECT_EQ(collector.images[0].size(), QSize(8, 4));
+    EXPECT_EQ(collector.images[0].pixel(7, 0), qRgb(0, 0, 255));
+
+    thread.Render(ParametersFor(nullptr), QSize(3, 3));
+    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 2; }));
+    EXPECT_EQ(collector.images[1].size(), QSize(3, 3));
+    EXPECT_EQ(collector.images[1].pixel(1, 1) & 0xffffffu, 0u);
+}
+
+TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
+    uitest::Gate gate;
+    Node* slow = AddNode(
+        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::GatedModule>(&gate)),
+        "slow");
+    auto constant = std::make_unique<noisepp::ConstantModule>();
+    constant->setColor({0.0f, 1.0f, 0.0f, 1.0f});
+    Node* fast = AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "fast");
+    QRenderTextureThread thread;
+    ImageCollector collector(thread);
+
+    thread.Render(ParametersFor(slow), QSize(4, 4));
+    ASSERT_TRUE(gate.WaitForArrival());
+    // The new request has to wait for the running render, so it is made on a thread of its own.
+    std::thread requester([&] { thread.Render(ParametersFor(fast), QSize(4, 4)); });
+    ASSERT_TRUE(SpinUntil([&] { return thread.IsRequestWaiting(); }));
+    gate.Open();
+    requester.join();
+
+    ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
+    // Images arrive in emission order: a stale red one would have come first.
+    EXPECT_EQ(collector.images.front().pixel(0, 0), qRgb(0, 255, 0));
+    EXPECT_EQ(collector.images.size(), 1u);
+}
+
+TEST_F(RenderPreviewTest, EmptySizeRendersNothingAndDestructionEndsAnIdleThread) {
+    Node* node = AddNode(
+        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
+        "probe");
+    auto thread = std::make_unique<QRenderTextureThread>();
+    ImageCollector collector(*thread);
+    thread->Render(ParametersFor(node), QSize(0, 5));
+    thread->Render(QSize(2, 2));
+    ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
+    EXPECT_EQ(collector.images.back().size(), QSize(2, 2));
+    for (const QImage& image : collector.images)
+        EXPECT_FALSE(image.isNull());
+    EXPECT_TRUE(thread->isRunning());
+    thread.reset();  // must return: the sleeping loop is woken and aborted
+}
+
+}  // namespace

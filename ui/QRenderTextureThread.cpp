@@ -1,0 +1,167 @@
+#include "ui/QRenderTextureThread.h"
+
+#include <algorithm>
+#include <exception>
+#include <mutex>
+#include <vector>
+
+#include "host/Engine.h"
+#include "host/Log.h"
+#include "host/Node.h"
+#include "noisepp/core/Exception.h"
+#include "noisepp/utils/PlaneBuilder.h"
+#include "ui/CheckerboardCompositor.h"
+
+namespace {
+
+bool isInEngine(const Engine& engine, const Node* node) {
+    const std::vector<Node*> nodes = engine.GetNodes();
+    return std::find(nodes.begin(), nodes.end(), node) != nodes.end();
+}
+
+bool finish(bool result) {
+    Log::Trace("Texture.dll RenderPreview - finish %s", result ? "true" : "false");
+    return result;
+}
+
+}  // namespace
+
+QRenderTextureThread::QRenderTextureThread(QObject* parent) : QThread(parent) {}
+
+QRenderTextureThread::~QRenderTextureThread() {
+    {
+        QMutexLocker locker(&mMutex);
+        mAbort = true;
+        mCondition.wakeOne();
+    }
+    wait();
+}
+
+void QRenderTextureThread::Render(const Parameters& parameters, const QSize& size) {
+    Request(&parameters, size);
+}
+
+void QRenderTextureThread::Render(const QSize& size) {
+    Request(nullptr, size);
+}
+
+void QRenderTextureThread::Request(const Parameters* parameters, const QSize& size) {
+    // Counted before the lock is taken, so that a render finishing meanwhile knows its image is
+    // already stale and does not show it for a moment.
+    ++mWaitingRequests;
+    QMutexLocker locker(&mMutex);
+    if (parameters != nullptr)
+        mParameters = *parameters;
+    mSize = size;
+    if (isRunning()) {
+        mRestart = true;
+        mCondition.wakeOne();
+    } else {
+        start(QThread::LowPriority);
+    }
+    // Only now, with the restart flag set, may the count drop: in between the render thread
+    // would see neither and show the stale image.
+    --mWaitingRequests;
+}
+
+QRenderTextureThread::Parameters QRenderTextureThread::GetParameters() const {
+    QMutexLocker locker(&mMutex);
+    return mParameters;
+}
+
+QSize QRenderTextureThread::GetSize() const {
+    QMutexLocker locker(&mMutex);
+    return mSize;
+}
+
+bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width, int height,
+                                         noisepp::TextureColor* buffer) {
+    Log::Trace("Texture.dll RenderPreview - start");
+    if (parameters.node == nullptr)
+        return finish(false);
+
+    // The module belongs to the node and dies when the node evaluates again, which the GUI
+    // thread may cause at any time: the engine stays locked until the builder is done with it.
+    std::unique_lock<std::recursive_mutex> engineLock;
+    if (parameters.engine != nullptr) {
+        engineLock = std::unique_lock(parameters.engine->GetMutex());
+        if (!isInEngine(*parameters.engine, parameters.node))
+            return finish(false);
+    }
+    Node::Value* value = Evaluate(parameters.node, 0);
+    const noisepp::Module* module = nullptr;
+    if (value != nullptr && value->GetType() == Node::Value::kTexture &&
+        value->GetTexture() != nullptr)
+        module = value->GetTexture()->module;
+
+    float rangeY = parameters.rangeY;
+    if (parameters.keepAspect)
+        rangeY = (static_cast<float>(height) / static_cast<float>(width)) * parameters.rangeX;
+
+    bool result = false;
+    if (module != nullptr) {
+        Log::Trace("Texture.dll RenderPreview - do builder");
+        try {
+            noisepp::utils::PlaneBuilder builder;
+            builder.setModule(module);
+            builder.setDestination(buffer);
+            builder.setSize(width, height);
+            builder.setBounds(parameters.startX, parameters.startY,
+                              parameters.startX + parameters.rangeX, parameters.startY + rangeY);
+            builder.setZValue(parameters.fixedZ);
+            builder.setSeamless(parameters.seamless);
+            builder.build();
+            result = true;
+        } catch (const std::exception& error) {
+            // A zero range or a broken module tree: the preview shows black, the reason goes to
+            // the log for whoever wonders why.
+            Log::Trace("Texture.dll RenderPreview - builder failed: %s", error.what());
+        }
+    }
+    Node::ReleaseValue(value);
+    return finish(result);
+}
+
+void QRenderTextureThread::run() {
+    mMutex.lock();
+    Parameters parameters = mParameters;
+    QSize size = mSize;
+    mMutex.unlock();
+    if (mAbort)
+        return;
+
+    for (;;) {
+        if (!size.isEmpty()) {
+            const int width = size.width();
+            const int height = size.height();
+            std::vector<noisepp::TextureColor> buffer(static_cast<std::size_t>(width) * height);
+            bool rendered = false;
+            if (parameters.node != nullptr) {
+                // Held for the whole render, deliberately: a request made meanwhile waits for it
+                // and then has its image discarded, instead of racing it.
+                QMutexLocker locker(&mMutex);
+                rendered = RenderPreview(parameters, width, height, buffer.data());
+            }
+            QImage image(width, height, QImage::Format_RGB32);
+            if (rendered) {
+                image = CheckerboardCompositor(parameters.backgroundA, parameters.backgroundB,
+                                               parameters.checkerSize)
+                            .Composite(buffer.data(), width, height);
+            } else {
+                image.fill(0);
+            }
+            if (!mRestart && mWaitingRequests.load() == 0)
+                emit RenderedImage(image);
+        }
+
+        mMutex.lock();
+        while (!mRestart && !mAbort)
+            mCondition.wait(&mMutex);
+        mRestart = false;
+        parameters = mParameters;
+        size = mSize;
+        mMutex.unlock();
+        if (mAbort)
+            return;
+    }
+}
