@@ -383,9 +383,9 @@ void StudioWindow::FitGraph() {
     }
     const QSize view = mGraphView->viewport()->size();
     if (nodes.width() > view.width() || nodes.height() > view.height()) {
-        // Below half size the names are unreadable: wider graphs scroll instead.
+        // Below 0.4 the names are unreadable: wider graphs scroll instead.
         const double zoom =
-            std::max(0.5, std::min(view.width() / nodes.width(), view.height() / nodes.height()));
+            std::max(0.4, std::min(view.width() / nodes.width(), view.height() / nodes.height()));
         mGraphView->scale(zoom, zoom);
     }
     mGraphView->centerOn(nodes.center());

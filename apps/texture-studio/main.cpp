@@ -42,6 +42,9 @@ int Screenshots(StudioWindow& window, const QString& path, bool preview) {
     window.show();
     window.EvaluateDisplay();
     Settle(300);
+    // The docks settle their sizes only once shown: fit the graph to the final view.
+    window.FitGraph();
+    Settle(50);
     if (!window.grab().save(path, "PNG")) {
         std::fprintf(stderr, "error: cannot write the screenshot '%s'\n", qPrintable(path));
         return 1;
