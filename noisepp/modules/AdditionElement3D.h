@@ -19,6 +19,9 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
     const PipelineElement3D* mSource0;
     const PipelineElement3D* mSource1;

@@ -1,7 +1,10 @@
 #include "noisepp/modules/BillowElement3D.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
+
+#include "noisepp/simd/FractalKernel.h"
 
 namespace noisepp {
 
@@ -16,6 +19,27 @@ BillowElement3D::BillowElement3D(OctaveTable octaves, std::int32_t quality, doub
 TextureColor BillowElement3D::getValue(double x, double y, double z) const {
     return withNoiseQuality(mQuality,
                             [&](auto level) { return evaluate<decltype(level)::value>(x, y, z); });
+}
+
+void BillowElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    simd::FractalRun run;
+    run.shape = simd::FractalShape::Billow;
+    run.octaves = &mOctaves;
+    run.quality = mQuality;
+    run.scale = mScale;
+    double sum[kRunLength];
+    if (mColorize) {
+        std::fill_n(sum, points.count, 0.5);
+        simd::accumulateOctaves(run, points, sum, nullptr);
+        simd::rampColours(mRamp, sum, points.count, out);
+        return;
+    }
+    for (std::int32_t channel = 0; channel < 3; ++channel) {
+        std::fill_n(sum, points.count, 0.0);
+        run.channel = channel;
+        simd::accumulateOctaves(run, points, sum, nullptr);
+        setPerChannelValues(sum, points.count, channel, out);
+    }
 }
 
 template <int Quality>

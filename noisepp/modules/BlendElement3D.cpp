@@ -18,12 +18,29 @@ BlendElement3D::BlendElement3D(const Pipeline3D& pipeline, std::size_t base, std
 TextureColor BlendElement3D::getValue(double x, double y, double z) const {
     const TextureColor a = mBase->getValue(x, y, z);
     const TextureColor b = mLayer->getValue(x, y, z);
+    if (mMask == nullptr)
+        return compose(a, b, nullptr);
+    const TextureColor k = mMask->getValue(x, y, z);
+    return compose(a, b, &k);
+}
+
+void BlendElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    TextureColor b[kRunLength];
+    TextureColor k[kRunLength];
+    mBase->getRunValues(points, out);
+    mLayer->getRunValues(points, b);
+    if (mMask != nullptr)
+        mMask->getRunValues(points, k);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i] = compose(out[i], b[i], mMask != nullptr ? &k[i] : nullptr);
+}
+
+TextureColor BlendElement3D::compose(const TextureColor& a, const TextureColor& b,
+                                     const TextureColor* mask) const {
     const TextureColor m = mFunction(a, b);
     float alpha = m.opacity;
-    if (mMask != nullptr) {
-        const TextureColor k = mMask->getValue(x, y, z);
-        alpha = m.opacity * (k.red + k.green + k.blue) * 0.33333334f;
-    }
+    if (mask != nullptr)
+        alpha = m.opacity * (mask->red + mask->green + mask->blue) * 0.33333334f;
     const float s = static_cast<float>(mOpacity) * alpha;
     const float o = s + a.opacity - s * a.opacity;
     if (o == 0.0f)

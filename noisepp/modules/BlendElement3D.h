@@ -28,7 +28,14 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
+    /// The result for base `a` and layer `b`; `mask` is the mask colour, null without a mask.
+    TextureColor compose(const TextureColor& a, const TextureColor& b,
+                         const TextureColor* mask) const;
+
     const PipelineElement3D* mBase;
     const PipelineElement3D* mLayer;
     const PipelineElement3D* mMask;

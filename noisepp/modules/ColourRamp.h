@@ -4,6 +4,8 @@
 // ramp, or (ramp switched off) one scalar per red, green and blue channel.
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "noisepp/core/TextureColor.h"
 #include "noisepp/modules/ColorBlend.h"
@@ -45,6 +47,21 @@ inline float perChannelValue(double s) {
 /// The per-channel colour of three independently seeded results; opacity is always 1.
 inline TextureColor perChannelColour(double red, double green, double blue) {
     return {perChannelValue(red), perChannelValue(green), perChannelValue(blue), 1.0f};
+}
+
+/// Writes channel `channel` (0 red, 1 green, 2 blue) of the per-channel colours of `count`
+/// results. Channel 0 comes first and starts each colour, with opacity 1.
+inline void setPerChannelValues(const double* s, std::size_t count, std::int32_t channel,
+                                TextureColor* out) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const float value = perChannelValue(s[i]);
+        if (channel == 0)
+            out[i] = {value, 0.0f, 0.0f, 1.0f};
+        else if (channel == 1)
+            out[i].green = value;
+        else
+            out[i].blue = value;
+    }
 }
 
 }  // namespace noisepp

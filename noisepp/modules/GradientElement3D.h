@@ -17,6 +17,9 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
     const PipelineElement3D* mSource;
     const ColorGradient& mGradient;

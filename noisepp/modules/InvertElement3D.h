@@ -21,6 +21,13 @@ public:
         return {1.0f - s.red, 1.0f - s.green, 1.0f - s.blue, s.opacity};
     }
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override {
+        mSource->getRunValues(points, out);
+        for (std::size_t i = 0; i < points.count; ++i)
+            out[i] = {1.0f - out[i].red, 1.0f - out[i].green, 1.0f - out[i].blue, out[i].opacity};
+    }
+
 private:
     const PipelineElement3D* mSource;
 };

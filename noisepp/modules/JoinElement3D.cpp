@@ -20,4 +20,17 @@ TextureColor JoinElement3D::getValue(double x, double y, double z) const {
     return {red, green, blue, 1.0f};
 }
 
+void JoinElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    TextureColor c[kRunLength];
+    mSource0->getRunValues(points, out);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i].red = greyOf(out[i]);
+    mSource1->getRunValues(points, c);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i].green = greyOf(c[i]);
+    mSource2->getRunValues(points, c);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i] = {out[i].red, out[i].green, greyOf(c[i]), 1.0f};
+}
+
 }  // namespace noisepp

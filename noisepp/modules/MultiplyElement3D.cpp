@@ -16,4 +16,13 @@ TextureColor MultiplyElement3D::getValue(double x, double y, double z) const {
             combine(a.opacity, b.opacity)};
 }
 
+void MultiplyElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    TextureColor b[kRunLength];
+    mSource0->getRunValues(points, out);
+    mSource1->getRunValues(points, b);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i] = {combine(out[i].red, b[i].red), combine(out[i].green, b[i].green),
+                  combine(out[i].blue, b[i].blue), combine(out[i].opacity, b[i].opacity)};
+}
+
 }  // namespace noisepp

@@ -1,6 +1,9 @@
 #include "noisepp/modules/PerlinElement3D.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "noisepp/simd/FractalKernel.h"
 
 namespace noisepp {
 
@@ -15,6 +18,27 @@ PerlinElement3D::PerlinElement3D(OctaveTable octaves, std::int32_t quality, doub
 TextureColor PerlinElement3D::getValue(double x, double y, double z) const {
     return withNoiseQuality(mQuality,
                             [&](auto level) { return evaluate<decltype(level)::value>(x, y, z); });
+}
+
+void PerlinElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    simd::FractalRun run;
+    run.shape = simd::FractalShape::Sum;
+    run.octaves = &mOctaves;
+    run.quality = mQuality;
+    run.scale = mScale;
+    double sum[kRunLength];
+    if (mColorize) {
+        std::fill_n(sum, points.count, 0.0);
+        simd::accumulateOctaves(run, points, sum, nullptr);
+        simd::rampColours(mRamp, sum, points.count, out);
+        return;
+    }
+    for (std::int32_t channel = 0; channel < 3; ++channel) {
+        std::fill_n(sum, points.count, 0.0);
+        run.channel = channel;
+        simd::accumulateOctaves(run, points, sum, nullptr);
+        setPerChannelValues(sum, points.count, channel, out);
+    }
 }
 
 template <int Quality>

@@ -16,4 +16,17 @@ TextureColor RgbMapElement3D::getValue(double x, double y, double z) const {
                               keep * z + mMix * static_cast<double>(m.blue));
 }
 
+void RgbMapElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    TextureColor m[kRunLength];
+    mCoordinates->getRunValues(points, m);
+    const double keep = 1.0 - mMix;
+    double x[kRunLength], y[kRunLength], z[kRunLength];
+    for (std::size_t i = 0; i < points.count; ++i) {
+        x[i] = keep * points.x[i] + mMix * static_cast<double>(m[i].red);
+        y[i] = keep * points.yAt(i) + mMix * static_cast<double>(m[i].green);
+        z[i] = keep * points.zAt(i) + mMix * static_cast<double>(m[i].blue);
+    }
+    mSampled->getValues(x, y, z, points.count, out);
+}
+
 }  // namespace noisepp

@@ -17,6 +17,9 @@ public:
     /// Source 1's opacity plays no part.
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
     const PipelineElement3D* mSampled;
     const PipelineElement3D* mCoordinates;

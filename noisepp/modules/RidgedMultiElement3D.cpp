@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "noisepp/simd/FractalKernel.h"
+
 namespace noisepp {
 
 RidgedMultiElement3D::RidgedMultiElement3D(OctaveTable octaves, std::int32_t quality, double scale,
@@ -20,6 +22,31 @@ RidgedMultiElement3D::RidgedMultiElement3D(OctaveTable octaves, std::int32_t qua
 TextureColor RidgedMultiElement3D::getValue(double x, double y, double z) const {
     return withNoiseQuality(mQuality,
                             [&](auto level) { return evaluate<decltype(level)::value>(x, y, z); });
+}
+
+void RidgedMultiElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    simd::FractalRun run;
+    run.shape = simd::FractalShape::Ridged;
+    run.octaves = &mOctaves;
+    run.quality = mQuality;
+    run.scale = mScale;
+    run.offset = mOffset;
+    run.gain = mGain;
+    double sum[kRunLength];
+    double feedback[kRunLength];
+    // As in the one-point path, the feedback starts at 1 once and runs on across channels.
+    std::fill_n(feedback, points.count, 1.0);
+    for (std::int32_t channel = 0; channel < (mColorize ? 1 : 3); ++channel) {
+        std::fill_n(sum, points.count, 0.0);
+        run.channel = channel;
+        simd::accumulateOctaves(run, points, sum, feedback);
+        for (std::size_t i = 0; i < points.count; ++i)
+            sum[i] = sum[i] * 1.25 - 1.0;
+        if (mColorize)
+            simd::rampColours(mRamp, sum, points.count, out);
+        else
+            setPerChannelValues(sum, points.count, channel, out);
+    }
 }
 
 template <int Quality>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "noisepp/core/PipelineElement3D.h"
@@ -23,6 +24,9 @@ public:
                          double gain, bool colorize, const ColourRamp& ramp);
 
     TextureColor getValue(double x, double y, double z) const override;
+
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
 
 private:
     template <int Quality>

@@ -14,7 +14,11 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
+    TextureColor map(const TextureColor& s) const;
     const PipelineElement3D* mSource;
     float mScale;
     float mBias;

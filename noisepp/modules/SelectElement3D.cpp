@@ -12,6 +12,37 @@ float edgeWeight(double t) {
     return static_cast<float>((3.0 - 2.0 * t) * (t * t));
 }
 
+/// Evaluates `source` at the points of `points` that are `wanted`, into colours[i] for those
+/// i; the others are left as they are. A subset of a row is still a row.
+void sampleWhere(const PipelineElement3D& source, const PointRun& points, const bool* wanted,
+                 TextureColor* colours) {
+    constexpr std::size_t kRun = PipelineElement3D::kRunLength;
+    std::size_t index[kRun];
+    std::size_t m = 0;
+    for (std::size_t i = 0; i < points.count; ++i) {
+        if (wanted[i])
+            index[m++] = i;
+    }
+    if (m == points.count) {
+        source.getRunValues(points, colours);
+        return;
+    }
+    if (m == 0)
+        return;
+    double x[kRun], y[kRun], z[kRun];
+    TextureColor picked[kRun];
+    for (std::size_t k = 0; k < m; ++k) {
+        x[k] = points.x[index[k]];
+        y[k] = points.yAt(index[k]);
+        z[k] = points.zAt(index[k]);
+    }
+    source.getRunValues(points.isRow() ? PointRun::row(x, points.rowY, points.rowZ, m)
+                                       : PointRun::points(x, y, z, m),
+                        picked);
+    for (std::size_t k = 0; k < m; ++k)
+        colours[index[k]] = picked[k];
+}
+
 }  // namespace
 
 SelectElement3D::SelectElement3D(const Pipeline3D& pipeline, std::size_t source0,
@@ -32,29 +63,73 @@ SelectElement3D::SelectElement3D(const Pipeline3D& pipeline, std::size_t source0
 }
 
 TextureColor SelectElement3D::getValue(double x, double y, double z) const {
-    const double c = greyOf(mControl->getValue(x, y, z));
+    const Choice choice = choose(greyOf(mControl->getValue(x, y, z)));
+    switch (choice.rule) {
+        case Choice::kSource0:
+            return mSource0->getValue(x, y, z);
+        case Choice::kSource1:
+            return mSource1->getValue(x, y, z);
+        case Choice::kLowerEdge: {
+            const TextureColor b = mSource1->getValue(x, y, z);
+            const TextureColor a = mSource0->getValue(x, y, z);
+            return blendColors(a, b, choice.weight);
+        }
+        case Choice::kUpperEdge:
+            break;
+    }
+    const TextureColor a = mSource0->getValue(x, y, z);
+    const TextureColor b = mSource1->getValue(x, y, z);
+    return blendColors(b, a, choice.weight);
+}
+
+void SelectElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    const std::size_t n = points.count;
+    TextureColor colours[kRunLength];
+    mControl->getRunValues(points, colours);
+    Choice choices[kRunLength];
+    bool wants0[kRunLength] = {};
+    bool wants1[kRunLength] = {};
+    for (std::size_t i = 0; i < n; ++i) {
+        choices[i] = choose(greyOf(colours[i]));
+        wants0[i] = choices[i].rule != Choice::kSource1;
+        wants1[i] = choices[i].rule != Choice::kSource0;
+    }
+    sampleWhere(*mSource0, points, wants0, out);
+    sampleWhere(*mSource1, points, wants1, colours);
+    for (std::size_t i = 0; i < n; ++i) {
+        switch (choices[i].rule) {
+            case Choice::kSource0:
+                break;
+            case Choice::kSource1:
+                out[i] = colours[i];
+                break;
+            case Choice::kLowerEdge:
+                out[i] = blendColors(out[i], colours[i], choices[i].weight);
+                break;
+            case Choice::kUpperEdge:
+                out[i] = blendColors(colours[i], out[i], choices[i].weight);
+                break;
+        }
+    }
+}
+
+SelectElement3D::Choice SelectElement3D::choose(double c) const {
     if (mFalloff > 0.0) {
         // Rule order matters when the edges overlap (falloff above half the bound range).
         if (c < mLowerMinusFalloff)
-            return mSource0->getValue(x, y, z);
-        if (c < mLowerPlusFalloff) {
-            const TextureColor b = mSource1->getValue(x, y, z);
-            const TextureColor a = mSource0->getValue(x, y, z);
-            return blendColors(a, b, edgeWeight((c - mLowerMinusFalloff) / mTwoFalloff));
-        }
+            return {Choice::kSource0, 0.0f};
+        if (c < mLowerPlusFalloff)
+            return {Choice::kLowerEdge, edgeWeight((c - mLowerMinusFalloff) / mTwoFalloff)};
         if (c < mUpperMinusFalloff)
-            return mSource1->getValue(x, y, z);
-        if (c < mUpperPlusFalloff) {
-            const TextureColor a = mSource0->getValue(x, y, z);
-            const TextureColor b = mSource1->getValue(x, y, z);
-            return blendColors(b, a, edgeWeight((c - mUpperMinusFalloff) / mTwoFalloff));
-        }
-        return mSource0->getValue(x, y, z);
+            return {Choice::kSource1, 0.0f};
+        if (c < mUpperPlusFalloff)
+            return {Choice::kUpperEdge, edgeWeight((c - mUpperMinusFalloff) / mTwoFalloff)};
+        return {Choice::kSource0, 0.0f};
     }
     // Hard edges; both bounds belong to source 1.
     if (c < mLowerBound || c > mUpperBound)
-        return mSource0->getValue(x, y, z);
-    return mSource1->getValue(x, y, z);
+        return {Choice::kSource0, 0.0f};
+    return {Choice::kSource1, 0.0f};
 }
 
 }  // namespace noisepp

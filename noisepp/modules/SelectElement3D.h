@@ -18,7 +18,19 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    /// Evaluates each source only at the points of the run that need it.
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
+    /// Which sources a control grey calls for and how they mix.
+    struct Choice {
+        enum Rule { kSource0, kSource1, kLowerEdge, kUpperEdge } rule;
+        /// Weight of the second colour on an edge: source 1 on the lower, source 0 on the upper.
+        float weight;
+    };
+    Choice choose(double control) const;
+
     const PipelineElement3D* mSource0;
     const PipelineElement3D* mSource1;
     const PipelineElement3D* mControl;

@@ -47,4 +47,11 @@ float TerraceElement3D::terrace(float channel) const {
     return static_cast<float>(result);
 }
 
+void TerraceElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    mSource->getRunValues(points, out);
+    for (std::size_t i = 0; i < points.count; ++i)
+        out[i] = {terrace(out[i].red), terrace(out[i].green), terrace(out[i].blue),
+                  terrace(out[i].opacity)};
+}
+
 }  // namespace noisepp

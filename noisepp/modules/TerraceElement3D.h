@@ -19,6 +19,9 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
     float terrace(float channel) const;
 

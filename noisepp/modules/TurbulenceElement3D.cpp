@@ -34,4 +34,40 @@ TextureColor TurbulenceElement3D::getValue(double x, double y, double z) const {
     return mSource->getValue(x + mPower * dx, y + mPower * dy, z + mPower * dz);
 }
 
+void TurbulenceElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    const std::size_t n = points.count;
+    double x[kRunLength], y[kRunLength], z[kRunLength];
+    TextureColor d[kRunLength];
+    // Each noise runs at its offsets from the points (a row stays a row), then the source runs
+    // at the displaced points.
+    const auto sampleNoise = [&](const PipelineElement3D& noise, double ox, double oy, double oz) {
+        for (std::size_t i = 0; i < n; ++i)
+            x[i] = points.x[i] + ox;
+        if (points.isRow()) {
+            noise.getRowValues(x, points.rowY + oy, points.rowZ + oz, n, d);
+            return;
+        }
+        for (std::size_t i = 0; i < n; ++i) {
+            y[i] = points.y[i] + oy;
+            z[i] = points.z[i] + oz;
+        }
+        noise.getValues(x, y, z, n, d);
+    };
+    double dx[kRunLength], dy[kRunLength];
+    sampleNoise(*mXNoise, kX0, kY0, kZ0);
+    for (std::size_t i = 0; i < n; ++i)
+        dx[i] = d[i].red;
+    sampleNoise(*mYNoise, kX1, kY1, kZ1);
+    for (std::size_t i = 0; i < n; ++i)
+        dy[i] = d[i].red;
+    sampleNoise(*mZNoise, kX2, kY2, kZ2);
+    for (std::size_t i = 0; i < n; ++i) {
+        const double dz = d[i].red;
+        x[i] = points.x[i] + mPower * dx[i];
+        y[i] = points.yAt(i) + mPower * dy[i];
+        z[i] = points.zAt(i) + mPower * dz;
+    }
+    mSource->getValues(x, y, z, n, out);
+}
+
 }  // namespace noisepp

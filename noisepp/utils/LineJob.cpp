@@ -20,12 +20,11 @@ std::size_t LineJob::getCacheSize() const {
 }
 
 void LineJob::execute(Cache* cache) {
-    const std::size_t cacheSize = getCacheSize();
-    for (std::int32_t i = 0; i < mWidth; ++i) {
-        std::fill_n(cache, cacheSize, Cache{});
-        mDestRow[i] = mElement->getValue(mX, mY, mZ);
-        mX = mX + mXStep;
-    }
+    // Elements keep nothing in the scratch area, so clearing it once for the whole line is
+    // the same as clearing it before every sample.
+    std::fill_n(cache, getCacheSize(), Cache{});
+    if (mWidth > 0)
+        mX = mElement->getLine(mX, mY, mZ, mXStep, static_cast<std::size_t>(mWidth), mDestRow);
 }
 
 }  // namespace noisepp

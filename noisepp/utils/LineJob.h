@@ -15,6 +15,8 @@ namespace noisepp {
 ///
 /// x advances by repeated addition of the step (not by multiplication), so a line's sample
 /// positions are the same whichever thread runs it. A job runs once: execute consumes x.
+/// The whole line goes to the element at once, which lets it evaluate several points together
+/// with exactly the colours it would give point by point.
 class LineJob : public PipelineJob {
 public:
     /// `pipeline` is the one that owns `element` (its element count sizes the scratch area);

@@ -26,20 +26,40 @@ SeamlessPlaneLineJob::SeamlessPlaneLineJob(const Pipeline3D* pipeline,
       mCallback(callback) {}
 
 void SeamlessPlaneLineJob::execute(Cache* cache) {
+    // Elements keep nothing in the scratch area, so clearing it once for the whole line is
+    // the same as clearing it before every sample.
+    std::fill_n(cache, getCacheSize(), Cache{});
     const auto yBlend = static_cast<float>(mYBlend);
-    const std::size_t cacheSize = getCacheSize();
-    for (std::int32_t i = 0; i < mWidth; ++i) {
-        std::fill_n(cache, cacheSize, Cache{});
-        const TextureColor a = mElement->getValue(mX, mY, mZ);
-        const TextureColor b = mElement->getValue(mX + mExtentX, mY, mZ);
-        const TextureColor c = mElement->getValue(mX, mY + mExtentY, mZ);
-        const TextureColor d = mElement->getValue(mX + mExtentX, mY + mExtentY, mZ);
-        const auto xBlend = static_cast<float>(1.0 - (mX - mStartX) / mExtentX);
-        mDestRow[i] = {blendChannel(a.red, b.red, c.red, d.red, xBlend, yBlend),
-                       blendChannel(a.green, b.green, c.green, d.green, xBlend, yBlend),
-                       blendChannel(a.blue, b.blue, c.blue, d.blue, xBlend, yBlend),
-                       blendChannel(a.opacity, b.opacity, c.opacity, d.opacity, xBlend, yBlend)};
-        mX = mX + mXStep;
+    const double yFar = mY + mExtentY;
+    constexpr std::size_t kRun = PipelineElement3D::kRunLength;
+    double xNear[kRun];
+    double xFar[kRun];
+    TextureColor a[kRun];
+    TextureColor b[kRun];
+    TextureColor c[kRun];
+    TextureColor d[kRun];
+    const auto width = static_cast<std::size_t>(std::max(mWidth, 0));
+    for (std::size_t done = 0; done < width;) {
+        const std::size_t run = std::min(kRun, width - done);
+        for (std::size_t i = 0; i < run; ++i) {
+            xNear[i] = mX;
+            xFar[i] = mX + mExtentX;
+            mX = mX + mXStep;
+        }
+        mElement->getRowValues(xNear, mY, mZ, run, a);
+        mElement->getRowValues(xFar, mY, mZ, run, b);
+        mElement->getRowValues(xNear, yFar, mZ, run, c);
+        mElement->getRowValues(xFar, yFar, mZ, run, d);
+        for (std::size_t i = 0; i < run; ++i) {
+            const auto xBlend = static_cast<float>(1.0 - (xNear[i] - mStartX) / mExtentX);
+            mDestRow[done + i] = {
+                blendChannel(a[i].red, b[i].red, c[i].red, d[i].red, xBlend, yBlend),
+                blendChannel(a[i].green, b[i].green, c[i].green, d[i].green, xBlend, yBlend),
+                blendChannel(a[i].blue, b[i].blue, c[i].blue, d[i].blue, xBlend, yBlend),
+                blendChannel(a[i].opacity, b[i].opacity, c[i].opacity, d[i].opacity, xBlend,
+                             yBlend)};
+        }
+        done += run;
     }
 }
 

@@ -1,0 +1,360 @@
+// Compiled once per instruction set (Highway's foreach_target re-includes this file); the one
+// copy that fits the processor is chosen at run time.
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "noisepp/simd/FractalKernel.cpp"
+#include "hwy/foreach_target.h"  // IWYU pragma: keep
+#include "hwy/highway.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "noisepp/core/Pipeline.h"
+#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/modules/ColourRamp.h"
+#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/simd/FractalKernel.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace noisepp::simd {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+using D = hn::ScalableTag<double>;
+using DI = hn::Rebind<std::int32_t, D>;
+using DU = hn::Rebind<std::uint32_t, D>;
+using DL = hn::RebindToSigned<D>;
+using V = hn::Vec<D>;
+using VU = hn::Vec<DU>;
+using VL = hn::Vec<DL>;
+
+constexpr std::size_t kMaxLanes = HWY_MAX_BYTES / sizeof(double);
+
+/// The lattice cell, blend weight and corner offsets of one coordinate per lane.
+struct Axis {
+    V cell;
+    V weight;
+    V lowerOffset;
+    V upperOffset;
+};
+
+template <int Quality>
+HWY_INLINE V blendCurve(D d, V t) {
+    if constexpr (Quality == kGradientLinear || Quality == kValueLinear) {
+        return t;
+    } else if constexpr (Quality == kGradientCubic || Quality == kValueCubic) {
+        return hn::Mul(hn::Mul(t, t), hn::Sub(hn::Set(d, 3.0), hn::Mul(hn::Set(d, 2.0), t)));
+    } else {
+        // 6t^5 - 15t^4 + 10t^3 as written, powers built up one multiplication at a time.
+        const V t3 = hn::Mul(hn::Mul(t, t), t);
+        const V t4 = hn::Mul(t3, t);
+        const V t5 = hn::Mul(t4, t);
+        return hn::Add(hn::Sub(hn::Mul(hn::Set(d, 6.0), t5), hn::Mul(hn::Set(d, 15.0), t4)),
+                       hn::Mul(hn::Set(d, 10.0), t3));
+    }
+}
+
+/// Folds lanes at or beyond 2^30 as the one-point path does; such lanes are rare (far-away
+/// points or huge frequencies), so they go through the scalar fold.
+HWY_INLINE V fold(D d, V v) {
+    const V limit = hn::Set(d, 1073741824.0);
+    const auto farAway = hn::Or(hn::Ge(v, limit), hn::Le(v, hn::Neg(limit)));
+    if (HWY_LIKELY(hn::AllFalse(d, farAway)))
+        return v;
+    HWY_ALIGN double lanes[kMaxLanes];
+    hn::Store(v, d, lanes);
+    for (std::size_t i = 0; i < hn::Lanes(d); ++i)
+        lanes[i] = foldToInt32Range(lanes[i]);
+    return hn::Load(d, lanes);
+}
+
+template <int Quality>
+HWY_INLINE Axis makeAxis(D d, V v) {
+    const V one = hn::Set(d, 1.0);
+    // Truncation toward zero, one lower where v is not greater than zero. Every folded
+    // coordinate's cell is exact in double, so the cell is kept there.
+    V cell = hn::Trunc(v);
+    cell = hn::IfThenElse(hn::Gt(v, hn::Zero(d)), cell, hn::Sub(cell, one));
+    const V lowerOffset = hn::Sub(v, cell);
+    return {cell, blendCurve<Quality>(d, lowerOffset), lowerOffset, hn::Sub(v, hn::Add(cell, one))};
+}
+
+HWY_INLINE bool isUniform(D d, V v) {
+    return hn::AllTrue(d, hn::Eq(v, hn::Set(d, hn::GetLane(v))));
+}
+
+HWY_INLINE V lerp(D d, V a, V b, V w) {
+    return hn::Add(hn::Mul(hn::Sub(hn::Set(d, 1.0), w), a), hn::Mul(w, b));
+}
+
+HWY_INLINE V dot(V gx, V gy, V gz, V dx, V dy, V dz) {
+    return hn::Add(hn::Add(hn::Mul(gx, dx), hn::Mul(gy, dy)), hn::Mul(gz, dz));
+}
+
+/// The eight corner values of the cells, in the order c000, c100, c010, c110, c001, ... (x
+/// fastest), where the lanes' cells differ: hashes per lane and table gathers.
+template <int Quality>
+HWY_INLINE void cornersPerLane(D d, const Axis& x, const Axis& y, const Axis& z,
+                               std::uint32_t seedHash, V* corners) {
+    const DI di;
+    const DU du;
+    const DL dl;
+    const auto hashOf = [&](V cell, std::uint32_t factor) {
+        return hn::Mul(hn::BitCast(du, hn::DemoteTo(di, cell)), hn::Set(du, factor));
+    };
+    const VU hx[2] = {hashOf(x.cell, 1619u), hn::Add(hashOf(x.cell, 1619u), hn::Set(du, 1619u))};
+    const VU hy0 = hashOf(y.cell, 31337u);
+    const VU hy[2] = {hy0, hn::Add(hy0, hn::Set(du, 31337u))};
+    const VU hz0 = hn::Add(hashOf(z.cell, 6971u), hn::Set(du, seedHash));
+    const VU hz[2] = {hz0, hn::Add(hz0, hn::Set(du, 6971u))};
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    const V dy[2] = {y.lowerOffset, y.upperOffset};
+    const V dz[2] = {z.lowerOffset, z.upperOffset};
+    for (int c = 0; c < 8; ++c) {
+        const VU h = hn::Add(hn::Add(hx[c & 1], hy[(c >> 1) & 1]), hz[c >> 2]);
+        const VU index = hn::And(hn::Xor(h, hn::ShiftRight<8>(h)), hn::Set(du, 255u));
+        const VL wide = hn::PromoteTo(dl, hn::BitCast(di, index));
+        if constexpr (Quality <= kGradientQuintic) {
+            const VL record = hn::ShiftLeft<2>(wide);
+            const double* table = kGradientTable.data();
+            corners[c] =
+                dot(hn::GatherIndex(d, table, record), hn::GatherIndex(d, table + 1, record),
+                    hn::GatherIndex(d, table + 2, record), dx[c & 1], dy[(c >> 1) & 1], dz[c >> 2]);
+        } else {
+            corners[c] = hn::GatherIndex(d, kValueTable.data(), wide);
+        }
+    }
+}
+
+/// The same where every lane lies in one cell: eight scalar hashes, and each table entry
+/// loaded once for all lanes.
+template <int Quality>
+HWY_INLINE void cornersOfOneCell(D d, const Axis& x, const Axis& y, const Axis& z,
+                                 std::uint32_t seedHash, V* corners) {
+    const auto cellOf = [&](V cell) {
+        return static_cast<std::uint32_t>(static_cast<std::int32_t>(hn::GetLane(cell)));
+    };
+    const std::uint32_t hx0 = 1619u * cellOf(x.cell);
+    const std::uint32_t hy0 = 31337u * cellOf(y.cell);
+    const std::uint32_t hz0 = 6971u * cellOf(z.cell) + seedHash;
+    const std::uint32_t hx[2] = {hx0, hx0 + 1619u};
+    const std::uint32_t hy[2] = {hy0, hy0 + 31337u};
+    const std::uint32_t hz[2] = {hz0, hz0 + 6971u};
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    const V dy[2] = {y.lowerOffset, y.upperOffset};
+    const V dz[2] = {z.lowerOffset, z.upperOffset};
+    for (int c = 0; c < 8; ++c) {
+        const std::uint32_t h = hx[c & 1] + hy[(c >> 1) & 1] + hz[c >> 2];
+        const unsigned index = (h ^ (h >> 8)) & 255u;
+        if constexpr (Quality <= kGradientQuintic) {
+            const double* g = &kGradientTable[index * 4u];
+            corners[c] = dot(hn::Set(d, g[0]), hn::Set(d, g[1]), hn::Set(d, g[2]), dx[c & 1],
+                             dy[(c >> 1) & 1], dz[c >> 2]);
+        } else {
+            corners[c] = hn::Set(d, kValueTable[index]);
+        }
+    }
+}
+
+/// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
+template <int Quality>
+HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
+                           bool oneCell) {
+    V c[8];
+    if (oneCell)
+        cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
+    else
+        cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+    const V y00 = lerp(d, lerp(d, c[0], c[1], x.weight), lerp(d, c[2], c[3], x.weight), y.weight);
+    const V y01 = lerp(d, lerp(d, c[4], c[5], x.weight), lerp(d, c[6], c[7], x.weight), y.weight);
+    return lerp(d, y00, y01, z.weight);
+}
+
+/// The per-octave constants of the octave loop.
+struct Octave {
+    V frequency;
+    V weight;
+    V fraction;
+    std::uint32_t seedHash;
+    bool partial;
+    /// For a row: whether its shared y and z lie in one cell (false where they are not numbers).
+    bool rowInOneCell;
+};
+
+/// Adds one octave's term for the lanes at sum/feedback, given the scaled noise v.
+HWY_INLINE void combine(D d, const FractalRun& run, const Octave& octave, V v, double* sum,
+                        double* feedback) {
+    V s = hn::LoadU(d, sum);
+    if (run.shape == FractalShape::Sum) {
+        s = octave.partial ? hn::Add(s, hn::Mul(hn::Mul(v, octave.fraction), octave.weight))
+                           : hn::Add(s, hn::Mul(v, octave.weight));
+    } else if (run.shape == FractalShape::Billow) {
+        const V term = hn::Sub(hn::Mul(hn::Set(d, 2.0), hn::Abs(v)), hn::Set(d, 1.0));
+        s = octave.partial ? hn::Add(s, hn::Mul(hn::Mul(term, octave.weight), octave.fraction))
+                           : hn::Add(s, hn::Mul(term, octave.weight));
+    } else {
+        const V ridge = hn::Sub(hn::Set(d, run.offset), hn::Abs(v));
+        const V signal = hn::Mul(hn::Mul(ridge, ridge), hn::LoadU(d, feedback));
+        if (octave.partial) {
+            s = hn::Add(s, hn::Mul(hn::Mul(signal, octave.fraction), octave.weight));
+        } else {
+            // Upper limit first, then lower, each by comparison so that NaN passes as it does
+            // through the one-point limits.
+            const V one = hn::Set(d, 1.0);
+            const V minusOne = hn::Set(d, -1.0);
+            V next = hn::Mul(signal, hn::Set(d, run.gain));
+            next = hn::IfThenElse(hn::Lt(one, next), one, next);
+            next = hn::IfThenElse(hn::Lt(next, minusOne), minusOne, next);
+            hn::StoreU(next, d, feedback);
+            s = hn::Add(s, hn::Mul(signal, octave.weight));
+        }
+    }
+    hn::StoreU(s, d, sum);
+}
+
+/// One octave over Lanes(d) points: x, y, z (y, z unused for a row) at the given lanes.
+template <int Quality>
+HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, const Axis* rowY,
+                           const Axis* rowZ, const double* x, const double* y, const double* z,
+                           double* sum, double* feedback) {
+    const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency)));
+    V noise;
+    if (rowY != nullptr) {
+        noise = coherentNoise<Quality>(d, ax, *rowY, *rowZ, octave.seedHash,
+                                       octave.rowInOneCell && isUniform(d, ax.cell));
+    } else {
+        const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency)));
+        const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
+        const bool sameCell =
+            isUniform(d, ax.cell) && isUniform(d, ay.cell) && isUniform(d, az.cell);
+        noise = coherentNoise<Quality>(d, ax, ay, az, octave.seedHash, sameCell);
+    }
+    combine(d, run, octave, hn::Mul(noise, hn::Set(d, run.scale)), sum, feedback);
+}
+
+template <int Quality>
+void accumulateLevel(const FractalRun& settings, const PointRun& points, double* sum,
+                     double* feedback) {
+    // A local copy: the stores to sum and feedback cannot touch it, so its fields stay in
+    // registers instead of being read again for every vector.
+    const FractalRun run = settings;
+    const D d;
+    const std::size_t lanes = hn::Lanes(d);
+    const OctaveTable& table = *run.octaves;
+    const std::size_t whole = table.getWholeOctaveCount();
+    const bool row = points.y == nullptr;
+    const std::size_t full = points.count - points.count % lanes;
+    const std::size_t tail = points.count - full;
+    // Only the ridged shape has feedback; the others get a scratch vector they never read.
+    HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
+
+    for (std::size_t o = 0; o <= whole; ++o) {
+        const bool partial = o == whole;
+        if (partial && !(table.getFraction() > 0.0))
+            break;
+        const OctaveRecord& record = table[o];
+        const auto seed = static_cast<std::uint32_t>(wrappingAdd(record.seed, run.channel));
+        const V frequency = hn::Set(d, record.frequency);
+        Axis rowY{}, rowZ{};
+        if (row) {
+            // A row's y and z are the same for every point: their part is formed once.
+            rowY = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowY), frequency)));
+            rowZ = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowZ), frequency)));
+        }
+        const Octave octave{frequency,
+                            hn::Set(d, record.weight),
+                            hn::Set(d, table.getFraction()),
+                            1013u * seed,
+                            partial,
+                            row && isUniform(d, rowY.cell) && isUniform(d, rowZ.cell)};
+        const Axis* ay = row ? &rowY : nullptr;
+        const Axis* az = row ? &rowZ : nullptr;
+        const bool ridged = run.shape == FractalShape::Ridged;
+        for (std::size_t i = 0; i < full; i += lanes) {
+            octaveStep<Quality>(d, run, octave, ay, az, points.x + i, row ? nullptr : points.y + i,
+                                row ? nullptr : points.z + i, sum + i,
+                                ridged ? feedback + i : unusedFeedback);
+        }
+        if (tail > 0) {
+            // The last, partial vector runs on copies padded with the run's last point.
+            HWY_ALIGN double tx[kMaxLanes], ty[kMaxLanes], tz[kMaxLanes];
+            HWY_ALIGN double ts[kMaxLanes], tf[kMaxLanes];
+            for (std::size_t k = 0; k < lanes; ++k) {
+                const std::size_t from = full + std::min(k, tail - 1);
+                tx[k] = points.x[from];
+                ty[k] = row ? 0.0 : points.y[from];
+                tz[k] = row ? 0.0 : points.z[from];
+                ts[k] = sum[from];
+                tf[k] = ridged ? feedback[from] : 1.0;
+            }
+            octaveStep<Quality>(d, run, octave, ay, az, tx, ty, tz, ts, tf);
+            for (std::size_t k = 0; k < tail; ++k) {
+                sum[full + k] = ts[k];
+                if (ridged)
+                    feedback[full + k] = tf[k];
+            }
+        }
+    }
+}
+
+void AccumulateOctaves(const FractalRun& run, const PointRun& points, double* sum,
+                       double* feedback) {
+    withNoiseQuality(run.quality, [&](auto level) {
+        accumulateLevel<decltype(level)::value>(run, points, sum, feedback);
+    });
+}
+
+/// The colour ramp of s[i] into out[i]; the last partial vector goes through the one-point
+/// ramp itself.
+void RampColours(const ColourRamp& ramp, const double* s, std::size_t count, TextureColor* out) {
+    const D d;
+    const hn::Rebind<float, D> df;
+    const std::size_t lanes = hn::Lanes(d);
+    const std::size_t full = count - count % lanes;
+    const V low = hn::Set(d, ramp.rangeLow);
+    const V high = hn::Set(d, ramp.rangeHigh);
+    const V reciprocal = hn::Set(d, ramp.reciprocal);
+    const V half = hn::Set(d, 0.5);
+    const auto one = hn::Set(df, 1.0f);
+    const TextureColor& a = ramp.colorA;
+    const TextureColor& b = ramp.colorB;
+    for (std::size_t i = 0; i < full; i += lanes) {
+        V u = hn::Add(hn::Mul(hn::LoadU(d, s + i), half), half);
+        // max(low, u), then min(high, u), as comparisons that keep the one-point results for
+        // NaN and signed zeros.
+        u = hn::IfThenElse(hn::Lt(low, u), u, low);
+        u = hn::IfThenElse(hn::Lt(u, high), u, high);
+        const auto t = hn::DemoteTo(df, hn::Mul(hn::Sub(u, low), reciprocal));
+        const auto keep = hn::Sub(one, t);
+        const auto channel = [&](float from, float to) {
+            return hn::Add(hn::Mul(keep, hn::Set(df, from)), hn::Mul(t, hn::Set(df, to)));
+        };
+        hn::StoreInterleaved4(channel(a.red, b.red), channel(a.green, b.green),
+                              channel(a.blue, b.blue), channel(a.opacity, b.opacity), df,
+                              &out[i].red);
+    }
+    for (std::size_t i = full; i < count; ++i)
+        out[i] = applyColourRamp(s[i], ramp);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace noisepp::simd
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace noisepp::simd {
+
+HWY_EXPORT(AccumulateOctaves);
+HWY_EXPORT(RampColours);
+
+void accumulateOctaves(const FractalRun& run, const PointRun& points, double* sum,
+                       double* feedback) {
+    HWY_DYNAMIC_DISPATCH(AccumulateOctaves)(run, points, sum, feedback);
+}
+
+void rampColours(const ColourRamp& ramp, const double* s, std::size_t count, TextureColor* out) {
+    HWY_DYNAMIC_DISPATCH(RampColours)(ramp, s, count, out);
+}
+
+}  // namespace noisepp::simd
+#endif
