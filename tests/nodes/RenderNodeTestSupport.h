@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -20,6 +22,16 @@
 #include "noisepp/core/Pipeline.h"
 
 namespace rendertest {
+
+/// True when `line` is `prefix` followed by a whole number of milliseconds and " ms".
+inline bool IsTimingLine(const std::string& line, const std::string& prefix) {
+    if (line.rfind(prefix, 0) != 0 || line.size() <= prefix.size() + 3 ||
+        line.compare(line.size() - 3, 3, " ms") != 0)
+        return false;
+    const std::string number = line.substr(prefix.size(), line.size() - prefix.size() - 3);
+    return std::all_of(number.begin(), number.end(),
+                       [](unsigned char c) { return std::isdigit(c) != 0; });
+}
 
 /// Output 0 "texture": whatever module the test hands it (borrowed), null by default.
 class ModuleSourceNode : public Node {
