@@ -108,6 +108,9 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
 }
 
 StudioWindow::~StudioWindow() {
+    // The scene is a child and dies after this part of the window: its last selection change
+    // must not reach a window that is no longer one.
+    mScene->disconnect(this);
     if (LibraryInterface* library = mCatalogue.GetLibrary()) {
         library->RemoveMenuActions(mTextureMenu);
         library->Close();
