@@ -1,0 +1,134 @@
+// Every example document that ends in a plane render: the node's image equals, bit for bit,
+// the engine's own plane builder run over the module tree arriving at the node, with the
+// bounds, z and seamless flag its attributes give.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/Attribute.h"
+#include "host/Document.h"
+#include "host/Engine.h"
+#include "host/Image.h"
+#include "host/Node.h"
+#include "host/NodeValue.h"
+#include "host/PluginLoader.h"
+#include "host/TextureHandle.h"
+#include "noisepp/core/TextureColor.h"
+#include "noisepp/utils/PlaneBuilder.h"
+#include "tests/library/PluginLibrary.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> ExampleDocuments() {
+    std::vector<std::string> paths;
+    for (const auto& entry : fs::directory_iterator(fs::path(TEXTURE_SOURCE_DIR) / "examples"))
+        if (entry.path().string().ends_with(".texture.json"))
+            paths.push_back(entry.path().string());
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+const NodeValue& Value(const Node* node, const std::string& name) {
+    const Attribute* attribute = node->FindAttribute(name);
+    EXPECT_NE(attribute, nullptr) << name;
+    static const NodeValue kNone;
+    return attribute != nullptr ? attribute->GetValue() : kNone;
+}
+
+int RoundHalfDown(double v) {
+    const double lower = std::floor(v);
+    return static_cast<int>(v - lower > 0.5 ? std::ceil(v) : lower);
+}
+
+/// The plane the node should have produced, built straight with the engine.
+std::vector<noisepp::TextureColor> ExpectedPlane(const Node* render, const noisepp::Module& module,
+                                                 int width, int height) {
+    const auto startX = static_cast<float>(Value(render, "start_x").GetNumber());
+    const auto startY = static_cast<float>(Value(render, "start_y").GetNumber());
+    const auto startZ = static_cast<float>(Value(render, "start_z").GetNumber());
+    const Point range = Value(render, "range").GetPoint();
+    const float rangeX = std::max(0.001f, static_cast<float>(range.x));
+    const float rangeY = std::max(0.001f, static_cast<float>(range.y));
+
+    std::vector<noisepp::TextureColor> colors(static_cast<std::size_t>(width) * height);
+    noisepp::utils::PlaneBuilder builder;
+    builder.setModule(&module);
+    builder.setDestination(colors.data());
+    builder.setSize(width, height);
+    builder.setBounds(startX, startY, startX + rangeX, startY + rangeY);
+    builder.setZValue(startZ);
+    builder.setSeamless(Value(render, "seamless").GetBool());
+    builder.build();
+    return colors;
+}
+
+class ExampleConformanceTest : public ::testing::TestWithParam<std::string> {
+protected:
+    void SetUp() override {
+        std::string error;
+        ASSERT_TRUE(mCatalogue.Load(PluginLibrary::Path(), &error)) << error;
+    }
+    void TearDown() override { mEngine.Clear(); }
+
+    PluginLoader mCatalogue;
+    Engine mEngine;
+};
+
+TEST_P(ExampleConformanceTest, PlaneRenderEqualsThePlaneBuilderOverTheIncomingTree) {
+    Document document;
+    std::string error;
+    ASSERT_TRUE(document.Load(GetParam(), mEngine, mCatalogue, &error)) << error;
+    Node* render = mEngine.FindNode(document.GetDisplay());
+    ASSERT_NE(render, nullptr) << "no display node";
+    if (render->GetTypeName() != "Render 2D Texture")
+        GTEST_SKIP() << "the display node renders onto a mesh";
+
+    ASSERT_TRUE(mEngine.EvaluateNode(render));
+    const Image* image = mEngine.GetOutputValue(render, 0).GetImage();
+    ASSERT_NE(image, nullptr);
+    const Frame frame = Value(render, "frame").GetFrame();
+    const int width = RoundHalfDown(frame.sizeX);
+    const int height = RoundHalfDown(frame.sizeY);
+    ASSERT_EQ(image->GetSizeX(), width);
+    ASSERT_EQ(image->GetSizeY(), height);
+    EXPECT_EQ(image->GetPinX(), RoundHalfDown(frame.positionX));
+
+    const Engine::Link* link = mEngine.FindLinkTo(render, render->GetInplugIdFromRegularInputId(0));
+    ASSERT_NE(link, nullptr) << "the render node has no texture";
+    const TextureHandle* texture = mEngine.GetOutputValue(link->from, link->outplug).GetTexture();
+    ASSERT_NE(texture, nullptr);
+    ASSERT_NE(texture->module, nullptr);
+
+    const auto expected = ExpectedPlane(render, *texture->module, width, height);
+    const float* pixels = image->GetConstArray();
+    const int channels = image->GetNumChannels();
+    int mismatches = 0;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const float* pixel = pixels + i * channels;
+        if (std::memcmp(pixel, &expected[i], sizeof(noisepp::TextureColor)) != 0 &&
+            ++mismatches <= 3)
+            ADD_FAILURE() << "pixel (" << i % width << ", " << i / width << "): image (" << pixel[0]
+                          << ", " << pixel[1] << ", " << pixel[2] << ", " << pixel[3]
+                          << "), builder (" << expected[i].red << ", " << expected[i].green << ", "
+                          << expected[i].blue << ", " << expected[i].opacity << ")";
+    }
+    EXPECT_EQ(mismatches, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Examples, ExampleConformanceTest, ::testing::ValuesIn(ExampleDocuments()),
+                         [](const ::testing::TestParamInfo<std::string>& info) {
+                             std::string name = fs::path(info.param).filename().string();
+                             name = name.substr(0, name.find('.'));
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
+
+}  // namespace
