@@ -53,9 +53,12 @@ int RunSelfCheck(const PluginLoader& catalogue) {
         // A failing check says why in an error line, which tells the two apart.
         std::vector<std::string> errors;
         Log::SetSink([&errors](Log::Level level, const std::string& line) {
+            // The renders a check makes report their timings; only its problems matter here.
             if (level == Log::Level::kError)
                 errors.push_back(line);
-            std::cerr << line << "\n";
+            if (level >= Log::Level::kWarning)
+                std::cerr << (level == Log::Level::kError ? "error: " : "warning: ") << line
+                          << "\n";
         });
         const bool ok = types[i]->RunSelfTest();
         Log::SetSink(nullptr);
