@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -40,7 +41,8 @@ public:
         mWorkAvailable.notify_all();
         std::unique_lock lock(mMutex);
         while (!this->mJobs.empty() || mExecuting > 0 || !mFinished.empty()) {
-            if (mFinished.empty()) mJobDone.wait(lock);
+            if (mFinished.empty())
+                mJobDone.wait(lock);
             while (!mFinished.empty()) {
                 PipelineJob* job = mFinished.front();
                 mFinished.pop_front();
@@ -58,8 +60,10 @@ public:
             mStop = true;
         }
         mWorkAvailable.notify_all();
-        for (std::thread& thread : mThreads) thread.join();
-        for (PipelineJob* job : mFinished) delete job;
+        for (std::thread& thread : mThreads)
+            thread.join();
+        for (PipelineJob* job : mFinished)
+            delete job;
     }
 
     std::size_t getThreadCount() const { return mThreads.size(); }
@@ -70,24 +74,33 @@ private:
         std::unique_lock lock(mMutex);
         while (!mStop) {
             mWorkAvailable.wait(lock, [this] { return mStop || !this->mJobs.empty(); });
-            if (mStop) break;
+            if (mStop)
+                break;
             PipelineJob* job = this->mJobs.front();
             this->mJobs.pop_front();
             ++mExecuting;
             lock.unlock();
             // One scratch area per thread, grown only if elements were added between runs.
-            if (cache.size() <= this->getElementCount()) cache.resize(this->getElementCount() + 1);
+            if (cache.size() <= this->getElementCount())
+                cache.resize(this->getElementCount() + 1);
             job->execute(cache.data());
             lock.lock();
             --mExecuting;
             mFinished.push_back(job);
-            // Waking the caller for every line costs a cross-processor wake-up per line; the
-            // caller drains the whole finished queue each time it wakes, so batches suffice.
-            if ((this->mJobs.empty() && mExecuting == 0) || mFinished.size() >= 32) {
+            // Every wake-up of the caller takes a processor from the workers, so the caller is
+            // woken when all work is done and otherwise at most once per progress interval; it
+            // drains the whole finished queue each time.
+            const auto now = std::chrono::steady_clock::now();
+            if ((this->mJobs.empty() && mExecuting == 0) || now - mLastWake >= kProgressInterval) {
+                mLastWake = now;
                 mJobDone.notify_one();
             }
         }
     }
+
+    /// How often finished jobs reach the caller while work remains: smooth enough for a
+    /// progress bar, rare enough not to matter on two processors.
+    static constexpr std::chrono::milliseconds kProgressInterval{16};
 
     std::vector<std::thread> mThreads;
     std::mutex mMutex;
@@ -96,6 +109,7 @@ private:
     std::deque<PipelineJob*> mFinished;
     std::size_t mExecuting = 0;
     bool mStop = false;
+    std::chrono::steady_clock::time_point mLastWake{};
 };
 
 using ThreadedPipeline3D = ThreadedPipeline<PipelineElement3D>;
