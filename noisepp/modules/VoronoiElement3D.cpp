@@ -6,6 +6,7 @@
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellRandom.h"
 #include "noisepp/modules/ColorBlend.h"
+#include "noisepp/simd/NearestFeatureKernel.h"
 
 namespace noisepp {
 
@@ -86,6 +87,11 @@ TextureColor VoronoiElement3D::shadedCell(double x, double y, double z) const {
                             }
                         });
 
+    return shade(nearest, second, nearestPoint.x, nearestPoint.y, nearestPoint.z);
+}
+
+TextureColor VoronoiElement3D::shade(double nearest, double second, double pointX, double pointY,
+                                     double pointZ) const {
     double e = 0.0;
     if (mSettings.shape == kShapeCells) {
         e = kSqrt3 * std::sqrt(nearest) - 1.0;
@@ -93,9 +99,53 @@ TextureColor VoronoiElement3D::shadedCell(double x, double y, double z) const {
         e = (kSqrt3 * std::sqrt(second) - 1.0) - (kSqrt3 * std::sqrt(nearest) - 1.0);
     }
     // The shade of a cell depends on where its point lies, not on the seed.
-    const double c = cellRandom(cellHash(floorToInt32(nearestPoint.x), floorToInt32(nearestPoint.y),
-                                         floorToInt32(nearestPoint.z)));
+    const double c =
+        cellRandom(cellHash(floorToInt32(pointX), floorToInt32(pointY), floorToInt32(pointZ)));
     return applyColourRamp(c * mSettings.displacement + e, mSettings.ramp);
+}
+
+void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    if (mSettings.shape >= kShapeEdges) {
+        PipelineElement3D::evaluateRun(points, out);
+        return;
+    }
+    const double f = mSettings.frequency;
+    double x[kRunLength], y[kRunLength], z[kRunLength];
+    for (std::size_t i = 0; i < points.count; ++i) {
+        x[i] = points.x[i] * f;
+        y[i] = points.yAt(i) * f;
+        z[i] = points.zAt(i) * f;
+    }
+    constexpr std::size_t kFeatures = kBlock * kBlock * kBlock;
+    double featureX[kFeatures], featureY[kFeatures], featureZ[kFeatures];
+    double nearest[kRunLength], second[kRunLength];
+    double pointX[kRunLength], pointY[kRunLength], pointZ[kRunLength];
+    const simd::FeaturePoints features{featureX, featureY, featureZ, kFeatures};
+    // Neighbouring points of a line mostly share their cell, and with it the whole block of
+    // feature points: the block is worked out once per stretch of such points.
+    std::size_t first = 0;
+    while (first < points.count) {
+        const std::int32_t ix = latticeCellOf(x[first]);
+        const std::int32_t iy = latticeCellOf(y[first]);
+        const std::int32_t iz = latticeCellOf(z[first]);
+        std::size_t end = first + 1;
+        while (end < points.count && latticeCellOf(x[end]) == ix && latticeCellOf(y[end]) == iy &&
+               latticeCellOf(z[end]) == iz)
+            ++end;
+        std::size_t n = 0;
+        forEachFeaturePoint(ix, iy, iz, mSettings.seed, mSettings.bias, [&](const Point& p) {
+            featureX[n] = p.x;
+            featureY[n] = p.y;
+            featureZ[n] = p.z;
+            ++n;
+        });
+        simd::findNearestFeatures(
+            features, x + first, y + first, z + first, end - first,
+            {nearest + first, second + first, pointX + first, pointY + first, pointZ + first});
+        for (std::size_t i = first; i < end; ++i)
+            out[i] = shade(nearest[i], second[i], pointX[i], pointY[i], pointZ[i]);
+        first = end;
+    }
 }
 
 TextureColor VoronoiElement3D::edgeDistance(double x, double y, double z) const {

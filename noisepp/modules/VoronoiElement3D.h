@@ -25,8 +25,17 @@ public:
 
     TextureColor getValue(double x, double y, double z) const override;
 
+protected:
+    /// The shaded shapes take the nearest feature points of several points at once; the edges
+    /// shape goes point by point.
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
     TextureColor shadedCell(double x, double y, double z) const;
+    /// The colour of a shaded shape from the squared distances to the nearest and second-nearest
+    /// feature points and the nearest point itself.
+    TextureColor shade(double nearest, double second, double pointX, double pointY,
+                       double pointZ) const;
     TextureColor edgeDistance(double x, double y, double z) const;
 
     Settings mSettings;
