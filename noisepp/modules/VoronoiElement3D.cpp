@@ -105,10 +105,6 @@ TextureColor VoronoiElement3D::shade(double nearest, double second, double point
 }
 
 void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
-    if (mSettings.shape >= kShapeEdges) {
-        PipelineElement3D::evaluateRun(points, out);
-        return;
-    }
     const double f = mSettings.frequency;
     double x[kRunLength], y[kRunLength], z[kRunLength];
     for (std::size_t i = 0; i < points.count; ++i) {
@@ -139,11 +135,20 @@ void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) co
             featureZ[n] = p.z;
             ++n;
         });
-        simd::findNearestFeatures(
-            features, x + first, y + first, z + first, end - first,
-            {nearest + first, second + first, pointX + first, pointY + first, pointZ + first});
-        for (std::size_t i = first; i < end; ++i)
-            out[i] = shade(nearest[i], second[i], pointX[i], pointY[i], pointZ[i]);
+        if (mSettings.shape >= kShapeEdges) {
+            simd::findBorderDistances(features, x + first, y + first, z + first, end - first,
+                                      nearest + first);
+            // Used as it is: edge distances above 1 extrapolate past colour B on purpose.
+            for (std::size_t i = first; i < end; ++i)
+                out[i] = blendColors(mSettings.ramp.colorA, mSettings.ramp.colorB,
+                                     static_cast<float>(nearest[i]));
+        } else {
+            simd::findNearestFeatures(
+                features, x + first, y + first, z + first, end - first,
+                {nearest + first, second + first, pointX + first, pointY + first, pointZ + first});
+            for (std::size_t i = first; i < end; ++i)
+                out[i] = shade(nearest[i], second[i], pointX[i], pointY[i], pointZ[i]);
+        }
         first = end;
     }
 }

@@ -26,8 +26,8 @@ public:
     TextureColor getValue(double x, double y, double z) const override;
 
 protected:
-    /// The shaded shapes take the nearest feature points of several points at once; the edges
-    /// shape goes point by point.
+    /// Points sharing a cell share its block of feature points; their nearest features (and
+    /// for the edges shape their border distances) are found several points at a time.
     void evaluateRun(const PointRun& points, TextureColor* out) const override;
 
 private:

@@ -33,4 +33,13 @@ struct NearestFeatures {
 void findNearestFeatures(const FeaturePoints& features, const double* x, const double* y,
                          const double* z, std::size_t count, const NearestFeatures& result);
 
+/// Per point i: the distance from the point to the nearest cell border, that is the smallest
+/// distance to the plane halfway between its nearest feature point n (strictly nearest, first
+/// visited on ties) and any other feature point q farther than 0.01 from n, computed with both
+/// relative to the point as ((n + q) / 2) . (q - n) / |q - n|; 2147483647.0 when there is none.
+/// When no feature is nearer than 2147483647.0 (not-a-number points) the first one counts as n.
+/// `features` holds at least one point.
+void findBorderDistances(const FeaturePoints& features, const double* x, const double* y,
+                         const double* z, std::size_t count, double* distance);
+
 }  // namespace noisepp::simd
