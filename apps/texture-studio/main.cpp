@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QThread>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -95,9 +96,28 @@ std::vector<char*> WithoutPluginOption(int argc, char** argv) {
     return kept;
 }
 
+/// Asking for help, the version or a screenshot needs no screen: without a display (and no
+/// platform chosen by the user) such runs use the offscreen platform instead of failing.
+void UseOffscreenWhenHeadless(int argc, char** argv) {
+    const bool headless = std::getenv("DISPLAY") == nullptr &&
+                          std::getenv("WAYLAND_DISPLAY") == nullptr &&
+                          std::getenv("QT_QPA_PLATFORM") == nullptr;
+    if (!headless)
+        return;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--help" || argument == "-h" || argument == "--version" ||
+            argument == "-v" || argument.rfind("--screenshot", 0) == 0) {
+            setenv("QT_QPA_PLATFORM", "offscreen", 1);
+            return;
+        }
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    UseOffscreenWhenHeadless(argc, argv);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
@@ -120,7 +140,7 @@ int main(int argc, char** argv) {
     const QCommandLineOption screenshot(
         "screenshot",
         "Open the document, evaluate its display node, save the window to this PNG and exit "
-        "(works with QT_QPA_PLATFORM=offscreen).",
+        "(without a display it renders offscreen).",
         "png");
     const QCommandLineOption preview(
         "preview",

@@ -338,6 +338,26 @@ TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowAndFailsClearly) {
     EXPECT_FALSE(std::filesystem::exists(folder / "none.png"));
 }
 
+TEST_F(StudioProgramTest, HelpAndScreenshotsNeedNoDisplay) {
+    QProcessEnvironment headless = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        headless.remove(name);
+    QProcess help;
+    help.setProcessEnvironment(headless);
+    help.start(kStudio, {"--help"});
+    ASSERT_TRUE(help.waitForFinished(60000));
+    EXPECT_EQ(help.exitCode(), 0) << help.readAllStandardError().toStdString();
+    EXPECT_TRUE(help.readAllStandardOutput().contains("--screenshot"));
+
+    QProcess shot;
+    shot.setProcessEnvironment(headless);
+    shot.start(kStudio, {"--plugin", QString::fromStdString(kPlugin), Path("graph.texture.json"),
+                         "--screenshot", Path("headless.png")});
+    ASSERT_TRUE(shot.waitForFinished(60000));
+    EXPECT_EQ(shot.exitCode(), 0) << shot.readAllStandardError().toStdString();
+    EXPECT_FALSE(QImage(Path("headless.png")).isNull());
+}
+
 TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
     // The real plug-in: TEXTURE_PLUGIN when set, else the one built beside the studio.
     QString plugin = qEnvironmentVariable("TEXTURE_PLUGIN");
