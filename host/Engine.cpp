@@ -10,6 +10,7 @@
 #include "host/AttributeStateContainer.h"
 #include "host/LinkStateContainer.h"
 #include "host/Log.h"
+#include "host/NodeStateContainer.h"
 #include "host/UndoHistory.h"
 
 namespace {
@@ -206,6 +207,8 @@ private:
 Engine::Engine() : mImpl(std::make_unique<Impl>()) {}
 
 Engine::~Engine() {
+    // Nodes kept by the undo history for a deleted node go first, while the engine is whole.
+    mImpl->history.Clear();
     // Nodes go first, while the engine is whole: their destructors may unregister handlers.
     while (!mImpl->entries.empty()) {
         std::unique_ptr<Entry> entry = std::move(mImpl->entries.back());
@@ -280,6 +283,85 @@ void Engine::RemoveNode(Node* node) {
     removed->outputs.clear();
     removed->node->mEngine = nullptr;
     removed->node.reset();
+}
+
+void Engine::DeleteNode(Node* node, const std::string& label) {
+    Scope scope(*this);
+    if (mImpl->find(node) == nullptr)
+        return;
+    mImpl->history.Put(std::make_unique<NodeStateContainer>(this, node), label);
+}
+
+Engine::DetachedNode Engine::DetachNode(Node* node) {
+    Scope scope(*this);
+    Entry* entry = mImpl->find(node);
+    DetachedNode detached;
+    if (entry == nullptr)
+        return detached;
+    std::vector<Node*> orphaned;
+    std::erase_if(mImpl->links, [&](const Link& link) {
+        if (link.from != node && link.to != node)
+            return false;
+        detached.links.push_back(link);
+        if (link.to != node)
+            orphaned.push_back(link.to);
+        return true;
+    });
+    for (Node* downstream : orphaned) {
+        mImpl->queueNodeEvent(downstream, NodeEvent::kInputsChanged, 0);
+        MarkDirty(downstream);
+    }
+    // Its handlers stay: the node is alive and comes back on undo.
+    std::erase_if(mImpl->pending, [node](const PendingEvent& e) { return e.node == node; });
+    mImpl->byNode.erase(node);
+    mImpl->byId.erase(entry->id);
+    const auto it = std::find_if(mImpl->entries.begin(), mImpl->entries.end(),
+                                 [entry](const auto& e) { return e.get() == entry; });
+    detached.position = static_cast<std::size_t>(it - mImpl->entries.begin());
+    std::unique_ptr<Entry> removed = std::move(*it);
+    mImpl->entries.erase(it);
+    removed->outputs.clear();
+    removed->node->mEngine = nullptr;
+    detached.node = std::move(removed->node);
+    detached.id = removed->id;
+    return detached;
+}
+
+Node* Engine::AttachNode(DetachedNode detached) {
+    Scope scope(*this);
+    if (detached.node == nullptr)
+        return nullptr;
+    std::string id = detached.id;
+    for (int suffix = 2; mImpl->byId.count(id) != 0; ++suffix)
+        id = detached.id + "-" + std::to_string(suffix);
+    auto entry = std::make_unique<Entry>();
+    entry->id = id;
+    entry->outputs.resize(detached.node->GetOutplugs().size());
+    entry->node = std::move(detached.node);
+    Node* node = entry->node.get();
+    node->mEngine = this;
+    mImpl->byNode[node] = entry.get();
+    mImpl->byId[id] = entry.get();
+    const std::size_t position = std::min(detached.position, mImpl->entries.size());
+    mImpl->entries.insert(mImpl->entries.begin() + static_cast<std::ptrdiff_t>(position),
+                          std::move(entry));
+    for (const Link& link : detached.links) {
+        if (mImpl->find(link.from) == nullptr || mImpl->find(link.to) == nullptr)
+            continue;
+        std::erase_if(mImpl->links, [&](const Link& other) {
+            return other.to == link.to && other.inplug == link.inplug;
+        });
+        mImpl->links.push_back(link);
+        mImpl->queueNodeEvent(link.to, NodeEvent::kInputsChanged, 0);
+        MarkDirty(link.to);
+    }
+    MarkDirty(node);
+    return node;
+}
+
+void Engine::ForgetNodeHandlers(const Node* node) {
+    Scope scope(*this);
+    mImpl->forgetNode(node);
 }
 
 void Engine::Clear() {

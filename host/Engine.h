@@ -57,6 +57,12 @@ public:
     /// Removes the node and its links, and deletes it. Forgets the undo history (its steps may
     /// refer to the node).
     void RemoveNode(Node* node);
+    /// Removes the node and its links as an undo step labelled `label` (or as part of the open
+    /// step): undo puts the same node object back in its place among the nodes, under its id
+    /// (with "-2", "-3" ... appended should another node have taken it meanwhile), with its
+    /// links; redo removes it again. The history keeps the removed node until the step is
+    /// forgotten, which deletes it.
+    void DeleteNode(Node* node, const std::string& label = "Delete Node");
     /// Removes every node and link, empties the scene's model list, forgets the undo history
     /// and sends kSceneReplaced. Hosts clear the engine before unloading a plug-in.
     void Clear();
@@ -144,8 +150,23 @@ public:
 
 private:
     friend class Node;
+    friend class NodeStateContainer;
     struct Impl;
     class Scope;
+
+    /// A node taken out of the engine with what it needs to come back.
+    struct DetachedNode {
+        std::unique_ptr<Node> node;
+        std::string id;
+        std::size_t position = 0;
+        std::vector<Link> links;
+    };
+    /// Takes `node` and its links out without deleting it; downstream nodes lose their inputs.
+    DetachedNode DetachNode(Node* node);
+    /// Puts a detached node back with its links; returns it.
+    Node* AttachNode(DetachedNode detached);
+    /// Drops the engine event handlers `node` registered (it is about to be deleted).
+    void ForgetNodeHandlers(const Node* node);
 
     /// A node reported its own output changed: mark it and everything downstream dirty, and
     /// send event 5 to the downstream nodes only (the node is being told already).

@@ -261,10 +261,36 @@ void StudioWindow::RemoveNode(Node* node) {
     // The manager is told first, so that whoever follows the node can still let go of it.
     mManager->ForgetNode(node);
     node->RemoveNodeListener(this);
+    if (const NodeItem* item = mScene->ItemFor(node))
+        mDeletedAt[node] = item->pos();
     mScene->RemoveNodeItem(node);
-    mEngine->RemoveNode(node);
+    mEngine->DeleteNode(node);
     AfterGraphChange();
     SetModified(true);
+}
+
+void StudioWindow::SyncDeletedNodes() {
+    for (auto it = mDeletedAt.begin(); it != mDeletedAt.end();) {
+        Node* node = const_cast<Node*>(it->first);
+        const bool inEngine = !mEngine->GetNodeId(node).empty();
+        const bool shown = mScene->ItemFor(node) != nullptr;
+        if (inEngine && !shown) {
+            // Undo brought it back.
+            mScene->AddNodeItem(node, it->second);
+            node->AddNodeListener(this);
+        } else if (!inEngine && shown) {
+            // Redo took it away again.
+            if (mAttributesNode == node) {
+                delete mAttributesArea->takeWidget();
+                mAttributesNode = nullptr;
+            }
+            mManager->ForgetNode(node);
+            node->RemoveNodeListener(this);
+            it->second = mScene->ItemFor(node)->pos();
+            mScene->RemoveNodeItem(node);
+        }
+        ++it;
+    }
 }
 
 bool StudioWindow::ConnectPlugs(Node* from, unsigned outplug, Node* to, unsigned inplug,
@@ -448,6 +474,7 @@ void StudioWindow::OnRender() {
 void StudioWindow::OnUndo() {
     if (!mEngine->Undo())
         return;
+    SyncDeletedNodes();
     AfterGraphChange();
     SetModified(true);
 }
@@ -455,6 +482,7 @@ void StudioWindow::OnUndo() {
 void StudioWindow::OnRedo() {
     if (!mEngine->Redo())
         return;
+    SyncDeletedNodes();
     AfterGraphChange();
     SetModified(true);
 }
@@ -475,14 +503,12 @@ void StudioWindow::OnDeleteSelected() {
         AfterGraphChange();
     if (doomed.empty())
         return;
-    if (mEngine->CanUndo() &&
-        QMessageBox::question(this, tr("Delete"),
-                              tr("Deleting nodes cannot be undone and forgets the undo history. "
-                                 "Delete %n node(s)?",
-                                 nullptr, static_cast<int>(doomed.size()))) != QMessageBox::Yes)
-        return;
+    // One undo step for the whole selection.
+    Engine::StateRecorderBegin(mEngine, this, "Delete Node");
     for (Node* node : doomed)
         RemoveNode(node);
+    Engine::StateRecorderAccept(mEngine, this, doomed.size() == 1 ? "Delete Node" : "Delete Nodes");
+    UpdateActions();
 }
 
 void StudioWindow::OnDisplaySelected() {
@@ -559,6 +585,7 @@ void StudioWindow::AttachAll() {
 }
 
 void StudioWindow::DetachAll() {
+    mDeletedAt.clear();
     delete mAttributesArea->takeWidget();
     mAttributesNode = nullptr;
     mManager->SetActiveNode(nullptr);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointF>
 #include <QPointer>
+#include <map>
 
 #include "host/NodeEvent.h"
 
@@ -45,7 +47,7 @@ public:
     /// Adds a node of the named type at a scene point (null and a status message when the
     /// type is unknown) and makes it active.
     Node* AddNode(const QString& typeName, const QPointF& position);
-    /// Removes a node, its links and its page. The engine forgets the undo history.
+    /// Removes a node, its links and its page, as one undo step ("Delete Node").
     void RemoveNode(Node* node);
     /// Links through the engine (recorded for undo); false with the engine's message.
     bool ConnectPlugs(Node* from, unsigned outplug, Node* to, unsigned inplug, QString* error);
@@ -97,6 +99,8 @@ private:
     void ScheduleEvaluation();
     void AfterGraphChange();
     void UpdateActions();
+    /// Shows again the deleted nodes an undo brought back and hides those a redo took away.
+    void SyncDeletedNodes();
     void SetModified(bool modified);
     bool MaybeSave();
     void Report(const QString& message);
@@ -123,6 +127,9 @@ private:
     QAction* mEnabledAction = nullptr;
     QLabel* mStatus = nullptr;
     QString mDocumentPath;
+    /// Where deleted nodes stood, so that undoing their deletion puts them back there. Keys
+    /// are only compared, never followed: the history may have freed the node since.
+    std::map<const Node*, QPointF> mDeletedAt;
     bool mEvaluationPending = false;
     bool mSyncingSelection = false;
 };

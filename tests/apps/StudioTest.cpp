@@ -213,6 +213,33 @@ TEST_F(StudioTest, NodesAreAddedLinkedAndRemoved) {
     EXPECT_TRUE(error.contains("display node")) << error.toStdString();
 }
 
+TEST_F(StudioTest, DeletedNodesComeBackWhereTheyStoodOnUndo) {
+    Node* fill = window->AddNode("Test Fill", {40, 60});
+    Node* invert = window->AddNode("Test Invert", {300, 60});
+    QString error;
+    ASSERT_TRUE(window->ConnectPlugs(fill, 0, invert, invert->FindInplug("image"), &error));
+
+    for (QGraphicsItem* item : window->GetScene()->items())
+        item->setSelected(dynamic_cast<NodeItem*>(item) != nullptr &&
+                          static_cast<NodeItem*>(item)->GetNode() == fill);
+    MenuAction("&Delete")->trigger();
+    EXPECT_TRUE(Engine::Get()->GetNodeId(fill).empty());
+    EXPECT_EQ(window->GetScene()->ItemFor(fill), nullptr);
+    EXPECT_EQ(LinkCount(), 0);
+    ASSERT_NE(MenuAction("&Undo Delete Node"), nullptr) << "deleting is one undo step";
+
+    MenuAction("&Undo Delete Node")->trigger();
+    EXPECT_EQ(Engine::Get()->GetNodeId(fill), "test_fill");
+    ASSERT_NE(window->GetScene()->ItemFor(fill), nullptr);
+    EXPECT_EQ(window->GetScene()->ItemFor(fill)->pos(), QPointF(40, 60));
+    EXPECT_EQ(LinkCount(), 1);
+
+    ASSERT_NE(MenuAction("&Redo Delete Node"), nullptr);
+    MenuAction("&Redo Delete Node")->trigger();
+    EXPECT_EQ(window->GetScene()->ItemFor(fill), nullptr);
+    EXPECT_EQ(LinkCount(), 0);
+}
+
 TEST_F(StudioTest, DraggingFromPlugToPlugAsksForALink) {
     Node* fill = window->AddNode("Test Fill", {0, 0});
     Node* invert = window->AddNode("Test Invert", {300, 0});

@@ -1,10 +1,12 @@
 // Undo and redo: attribute changes as steps of their own, Begin/Put/Accept grouping into one
-// step, link changes, the redo list, re-evaluation after undo, gradient records.
+// step, link changes, the redo list, re-evaluation after undo, gradient records, node
+// deletion as a step (same node, id, place and links back; the node freed with its step).
 
 #include <gtest/gtest.h>
 
 #include "host/Engine.h"
 #include "host/GradientNode.h"
+#include "host/Image.h"
 #include "tests/host/TestNodes.h"
 
 using namespace hosttest;
@@ -164,6 +166,74 @@ TEST_F(UndoTest, LinkChangesUndoAndRedo) {
     EXPECT_EQ(engine.FindLinkTo(pass, 1)->from, other);
     EXPECT_EQ(engine.GetLinks().size(), 1u);
     EXPECT_TRUE(engine.IsDirty(pass));
+}
+
+/// A node that counts how many of its kind are alive.
+class CountedNode : public SourceNode {
+public:
+    static inline int alive = 0;
+    CountedNode() { ++alive; }
+    ~CountedNode() override { --alive; }
+};
+
+float Red(Engine& engine, Node* node) {
+    engine.EvaluateNode(node);
+    const Image* image = engine.GetOutputValue(node, 0).GetImage();
+    return image != nullptr ? image->GetConstArray()[0] : -1.0f;
+}
+
+TEST_F(UndoTest, DeletingANodeIsAStepThatPutsTheSameNodeAndItsLinksBack) {
+    Node* sink = engine.AddNode(std::make_unique<PassNode>(), "sink");
+    ASSERT_TRUE(engine.Connect(source, 0, pass, 1));
+    ASSERT_TRUE(engine.Connect(pass, 0, sink, 1));
+    Set(source, 2);
+    Set(pass, 3);
+    ASSERT_EQ(Red(engine, sink), 6.0f);
+
+    engine.DeleteNode(pass);
+    EXPECT_EQ(engine.FindNode("pass"), nullptr);
+    EXPECT_TRUE(engine.GetLinks().empty());
+    EXPECT_EQ(Red(engine, sink), -1.0f) << "the sink lost its input";
+    EXPECT_EQ(engine.GetUndoLabel(), "Delete Node");
+
+    ASSERT_TRUE(engine.Undo());
+    EXPECT_EQ(engine.FindNode("pass"), pass) << "the same node object comes back";
+    EXPECT_EQ(engine.GetNodes()[1], pass) << "in its place among the nodes";
+    EXPECT_EQ(engine.GetLinks().size(), 2u);
+    EXPECT_EQ(Value(pass), 3.0);
+    EXPECT_EQ(Red(engine, sink), 6.0f);
+    // Earlier steps still refer to the node and still work.
+    ASSERT_TRUE(engine.Undo());
+    EXPECT_EQ(Value(pass), 1.0);
+    EXPECT_EQ(Red(engine, sink), 2.0f);
+
+    ASSERT_TRUE(engine.Redo());
+    ASSERT_TRUE(engine.Redo());
+    EXPECT_EQ(engine.FindNode("pass"), nullptr);
+    EXPECT_EQ(Red(engine, sink), -1.0f);
+}
+
+TEST_F(UndoTest, ADeletedNodeComesBackUnderAFreeIdAndIsFreedWithItsStep) {
+    CountedNode::alive = 0;
+    Node* counted = engine.AddNode(std::make_unique<CountedNode>(), "counted");
+    engine.DeleteNode(counted);
+    EXPECT_EQ(CountedNode::alive, 1) << "the history keeps the deleted node";
+
+    // Another node took the id meanwhile: the restored one gets the next free variant.
+    engine.AddNode(std::make_unique<SourceNode>(), "counted");
+    ASSERT_TRUE(engine.Undo());
+    EXPECT_EQ(engine.GetNodeId(counted), "counted-2");
+
+    engine.DeleteNode(counted);
+    engine.ClearUndoHistory();
+    EXPECT_EQ(CountedNode::alive, 0) << "forgetting the step deletes the node";
+
+    {
+        Engine local;
+        local.DeleteNode(local.AddNode(std::make_unique<CountedNode>(), "kept"));
+        EXPECT_EQ(CountedNode::alive, 1);
+    }
+    EXPECT_EQ(CountedNode::alive, 0) << "the engine's end deletes what its history kept";
 }
 
 TEST_F(UndoTest, RemovingANodeForgetsTheHistory) {
