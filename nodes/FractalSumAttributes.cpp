@@ -1,5 +1,6 @@
 #include "nodes/FractalSumAttributes.h"
 
+#include "nodes/ColourRampAttributes.h"
 #include "nodes/NodeInputs.h"
 #include "noisepp/modules/PerlinModuleBase.h"
 
@@ -16,16 +17,7 @@ void FractalSumAttributes::Declare(Node* node,
     attributes.push_back(
         std::make_unique<Attribute>(node, kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0));
     attributes.push_back(std::make_unique<Attribute>(node, kColorize, "colorize", true));
-    attributes.push_back(
-        std::make_unique<Attribute>(node, kRangeLow, "range_low", 0.0, 0.0, 1.0, 0.001, 3));
-    attributes.push_back(
-        std::make_unique<Attribute>(node, kRangeHigh, "range_high", 1.0, 0.0, 1.0, 0.001, 3));
-    attributes.push_back(
-        std::make_unique<Attribute>(node, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    attributes.push_back(
-        std::make_unique<Attribute>(node, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    node->AddCombinedRgboAttribute(kColorA, "color_a", "opacity_a");
-    node->AddCombinedRgboAttribute(kColorB, "color_b", "opacity_b");
+    ColourRampAttributes::Declare(node, attributes, kRangeLow);
 }
 
 void FractalSumAttributes::Apply(const Node& node, Node::Value** inputs,
@@ -37,9 +29,6 @@ void FractalSumAttributes::Apply(const Node& node, Node::Value** inputs,
     module.setPersistence(readNumberAsFloat(node, inputs, kPersistence));
     module.setSeed(readSeed(node, inputs, kSeed));
     module.setColorize(readBool(node, inputs, kColorize));
-    module.setRangeLow(readNumberAsFloat(node, inputs, kRangeLow));
-    module.setRangeHigh(readNumberAsFloat(node, inputs, kRangeHigh));
-    module.setColorA(readColor(node, inputs, kColorA));
-    module.setColorB(readColor(node, inputs, kColorB));
+    ColourRampAttributes::Apply(node, inputs, kRangeLow, module);
     module.setQuality(2);
 }

@@ -25,6 +25,7 @@ public:
         kColorA,         ///< opaque black, with "opacity_a"
         kColorB,         ///< opaque white, with "opacity_b"
     };
+    static_assert(kColorB == kRangeLow + 3, "the colour ramp attributes are consecutive");
 
     /// Appends the ten attributes (ids 0 to 9) to `attributes` of `node` and groups both
     /// colours with their opacities.

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "nodes/ColourRampAttributes.h"
 #include "nodes/NodeInputs.h"
 #include "noisepp/modules/RidgedMultiModule.h"
 
@@ -22,16 +23,7 @@ TextureRidgedMultiNode::TextureRidgedMultiNode() {
     mAttributes.push_back(
         std::make_unique<Attribute>(this, kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0));
     mAttributes.push_back(std::make_unique<Attribute>(this, kColorize, "colorize", true));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kRangeLow, "range_low", 0.0, 0.0, 1.0, 0.001, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kRangeHigh, "range_high", 1.0, 0.0, 1.0, 0.001, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    AddCombinedRgboAttribute(kColorA, "color_a", "opacity_a");
-    AddCombinedRgboAttribute(kColorB, "color_b", "opacity_b");
+    ColourRampAttributes::Declare(this, mAttributes, kRangeLow);
     mOutputs.push_back({0, kTexturePlug, "texture"});
     UpdateInplugsAndOutplugs();
 }
@@ -56,10 +48,7 @@ void TextureRidgedMultiNode::Evaluate(unsigned, Value** inputs) {
     module->setScale(readNumberAsFloat(*this, inputs, kScale));
     module->setSeed(readSeed(*this, inputs, kSeed));
     module->setColorize(readBool(*this, inputs, kColorize));
-    module->setRangeLow(readNumberAsFloat(*this, inputs, kRangeLow));
-    module->setRangeHigh(readNumberAsFloat(*this, inputs, kRangeHigh));
-    module->setColorA(readColor(*this, inputs, kColorA));
-    module->setColorB(readColor(*this, inputs, kColorB));
+    ColourRampAttributes::Apply(*this, inputs, kRangeLow, *module);
     module->setQuality(2);
     mModule = module;
 }

@@ -27,6 +27,7 @@ public:
         kColorA,         ///< opaque black, with "opacity_a"
         kColorB,         ///< opaque white, with "opacity_b"
     };
+    static_assert(kColorB == kRangeLow + 3, "the colour ramp attributes are consecutive");
 
     TextureRidgedMultiNode();
     ~TextureRidgedMultiNode() override;
