@@ -1,14 +1,17 @@
 // Every example document that ends in a plane render: the node's image equals, bit for bit,
 // the engine's own plane builder run over the module tree arriving at the node, with the
 // bounds, z and seamless flag its attributes give; and that plane, evaluated in whole lines on
-// every instruction set the machine offers, equals the same points evaluated one at a time.
+// every instruction set the machine offers, equals the same points evaluated one at a time;
+// and the texture command writes that image as a PNG of the nearest 8-bit levels.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,6 +28,7 @@
 #include "noisepp/core/TextureColor.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "tests/library/PluginLibrary.h"
+#include "tests/library/TextureCommand.h"
 
 namespace {
 
@@ -115,6 +119,16 @@ int CountMismatches(const std::vector<noisepp::TextureColor>& actual,
     return mismatches;
 }
 
+/// The 8-bit level a PNG stores for a channel value: clamped to 0...1 (NaN as 0), nearest.
+long EightBitLevel(float value) {
+    const float clamped = value > 0.0f ? std::min(value, 1.0f) : 0.0f;
+    return std::lround(clamped * 255.0f);
+}
+
+struct ImageRelease {
+    void operator()(Image* image) const { image->Release(); }
+};
+
 class ExampleConformanceTest : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override {
@@ -123,20 +137,28 @@ protected:
     }
     void TearDown() override { mEngine.Clear(); }
 
+    /// Loads the example and evaluates its display node; null when that node renders onto a
+    /// mesh rather than a plane.
+    Node* EvaluatePlaneRender() {
+        Document document;
+        std::string error;
+        EXPECT_TRUE(document.Load(GetParam(), mEngine, mCatalogue, &error)) << error;
+        Node* render = mEngine.FindNode(document.GetDisplay());
+        EXPECT_NE(render, nullptr) << "no display node";
+        if (render == nullptr || render->GetTypeName() != "Render 2D Texture")
+            return nullptr;
+        EXPECT_TRUE(mEngine.EvaluateNode(render)) << render->GetStateMessage();
+        return render;
+    }
+
     PluginLoader mCatalogue;
     Engine mEngine;
 };
 
 TEST_P(ExampleConformanceTest, PlaneRenderEqualsThePlaneBuilderOverTheIncomingTree) {
-    Document document;
-    std::string error;
-    ASSERT_TRUE(document.Load(GetParam(), mEngine, mCatalogue, &error)) << error;
-    Node* render = mEngine.FindNode(document.GetDisplay());
-    ASSERT_NE(render, nullptr) << "no display node";
-    if (render->GetTypeName() != "Render 2D Texture")
+    Node* render = EvaluatePlaneRender();
+    if (render == nullptr)
         GTEST_SKIP() << "the display node renders onto a mesh";
-
-    ASSERT_TRUE(mEngine.EvaluateNode(render));
     const Image* image = mEngine.GetOutputValue(render, 0).GetImage();
     ASSERT_NE(image, nullptr);
     const Frame frame = Value(render, "frame").GetFrame();
@@ -179,6 +201,45 @@ TEST_P(ExampleConformanceTest, PlaneRenderEqualsThePlaneBuilderOverTheIncomingTr
             0);
     }
     hwy::SetSupportedTargetsForTest(0);
+}
+
+TEST_P(ExampleConformanceTest, CommandWritesThePlaneAsPngOfTheNearestEightBitLevels) {
+    Node* render = EvaluatePlaneRender();
+    if (render == nullptr)
+        GTEST_SKIP() << "the display node renders onto a mesh";
+    const Image* image = mEngine.GetOutputValue(render, 0).GetImage();
+    ASSERT_NE(image, nullptr);
+
+    const fs::path out =
+        fs::temp_directory_path() / ("texture-conformance-" + std::to_string(::getpid()) + "-" +
+                                     fs::path(GetParam()).stem().stem().string() + ".png");
+    std::string output;
+    ASSERT_EQ(
+        RunTextureCommand(
+            "render " + ShellQuoted(GetParam()) + " -q -o " + ShellQuoted(out.string()), &output),
+        0)
+        << output;
+    std::string error;
+    const std::unique_ptr<Image, ImageRelease> written(Image::ReadFile(out.string(), &error));
+    std::error_code ignored;
+    fs::remove(out, ignored);
+    ASSERT_NE(written, nullptr) << error;
+    ASSERT_EQ(written->GetSizeX(), image->GetSizeX());
+    ASSERT_EQ(written->GetSizeY(), image->GetSizeY());
+
+    // Reading a PNG gives level / 255 back, so the level is recovered exactly.
+    const std::size_t values = static_cast<std::size_t>(image->GetSizeX()) * image->GetSizeY() * 4;
+    int mismatches = 0;
+    for (std::size_t i = 0; i < values; ++i) {
+        const long expected = EightBitLevel(image->GetConstArray()[i]);
+        const long stored = std::lround(written->GetConstArray()[i] * 255.0f);
+        if (stored != expected && ++mismatches <= 3)
+            ADD_FAILURE() << "pixel (" << i / 4 % image->GetSizeX() << ", "
+                          << i / 4 / image->GetSizeX() << ") channel " << i % 4 << ": level "
+                          << stored << ", the image's value " << image->GetConstArray()[i]
+                          << " gives " << expected;
+    }
+    EXPECT_EQ(mismatches, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, ExampleConformanceTest, ::testing::ValuesIn(ExampleDocuments()),
