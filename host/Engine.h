@@ -8,6 +8,7 @@
 
 #include "host/HostTypes.h"
 #include "host/Node.h"
+#include "host/RenderOptions.h"
 #include "host/StateContainer.h"
 
 /// The host's node graph: nodes, links between their plugs, evaluation, events and undo.
@@ -145,6 +146,10 @@ public:
     /// Forgets every undo and redo step (for example after loading a document).
     void ClearUndoHistory();
 
+    // Render options (an SDK extension: see host/RenderOptions.h).
+    const RenderOptions& GetRenderOptions() const { return mRenderOptions; }
+    void SetRenderOptions(const RenderOptions& options) { mRenderOptions = options; }
+
     /// The engine's lock; held during every operation above.
     std::recursive_mutex& GetMutex() const;
 
@@ -173,4 +178,5 @@ private:
     void MarkOutputChanged(Node* node);
 
     std::unique_ptr<Impl> mImpl;
+    RenderOptions mRenderOptions;
 };

@@ -29,7 +29,7 @@ std::string Describe(const Engine& engine, const Node* node) {
 
 }  // namespace
 
-int RunRenderCommand(const PluginLoader& catalogue, const RenderOptions& options) {
+int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options) {
     Engine& engine = *Engine::Get();
     Document document;
     std::string error;

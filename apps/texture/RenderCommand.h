@@ -6,7 +6,7 @@
 class PluginLoader;
 
 /// What `texture render` was asked to do.
-struct RenderOptions {
+struct RenderRequest {
     std::string document;
     std::string output;              ///< -o: the file for a single image
     std::vector<std::string> nodes;  ///< --node: ids to render instead of the display node
@@ -18,4 +18,4 @@ struct RenderOptions {
 
 /// Loads the document, evaluates the requested nodes and writes their images. Returns the exit
 /// code: 0 success, 1 a node failed or an image could not be written, 2 bad usage or document.
-int RunRenderCommand(const PluginLoader& catalogue, const RenderOptions& options);
+int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options);

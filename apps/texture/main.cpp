@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
     std::string pluginPath;
     app.add_option("--plugin", pluginPath, "the plug-in library to load");
 
-    RenderOptions render;
+    RenderRequest render;
     int threads = 0;
     int maxSize = 0;
     bool verbose = false;
