@@ -17,6 +17,12 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
     checkParameters();
     NOISEPP_REQUIRE(mLowerBoundX < mUpperBoundX, "(mLowerBoundX, mUpperBoundX)");
     NOISEPP_REQUIRE(mLowerBoundY < mUpperBoundY, "(mLowerBoundY, mUpperBoundY)");
+    const std::int32_t x0 = mWindowed ? mWindowX0 : 0;
+    const std::int32_t y0 = mWindowed ? mWindowY0 : 0;
+    const std::int32_t x1 = mWindowed ? mWindowX1 : mWidth;
+    const std::int32_t y1 = mWindowed ? mWindowY1 : mHeight;
+    NOISEPP_REQUIRE(0 <= x0 && x0 < x1 && x1 <= mWidth, "0 <= x0 && x0 < x1 && x1 <= mWidth");
+    NOISEPP_REQUIRE(0 <= y0 && y0 < y1 && y1 <= mHeight, "0 <= y0 && y0 < y1 && y1 <= mHeight");
 
     std::unique_ptr<Pipeline3D> ownPipeline;
     if (pipeline == nullptr) {
@@ -32,23 +38,30 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
     const double extentY = mUpperBoundY - mLowerBoundY;
     const double xStep = extentX / mWidth;
     const double yStep = extentY / mHeight;
-    double y = mLowerBoundY + yStep * 0.5;
+
+    // The x of the window's first column, reached by the additions the whole image makes.
+    double windowX = mSeamless ? mLowerBoundX : mLowerBoundX + xStep * 0.5;
+    for (std::int32_t column = 0; column < x0; ++column)
+        windowX = windowX + xStep;
+    const std::int32_t windowWidth = x1 - x0;
 
     BuilderCallback* callback = mCallback.get();
     if (callback != nullptr)
         callback->resetCounter();
-    for (std::int32_t line = 0; line < mHeight; ++line) {
-        TextureColor* row = mDest + static_cast<std::ptrdiff_t>(mWidth) * line;
+    double y = mLowerBoundY + yStep * 0.5;
+    for (std::int32_t line = 0; line < y1; ++line, y = y + yStep) {
+        if (line < y0)
+            continue;
+        TextureColor* row = mDest + static_cast<std::ptrdiff_t>(windowWidth) * (line - y0);
         if (mSeamless) {
             const double yBlend = 1.0 - (y - mLowerBoundY) / extentY;
-            pipeline->addJob(new SeamlessPlaneLineJob(pipeline, element, mLowerBoundX, y, mZValue,
-                                                      mWidth, xStep, extentX, extentY, yBlend, row,
-                                                      callback));
+            pipeline->addJob(new SeamlessPlaneLineJob(pipeline, element, mLowerBoundX, windowX, y,
+                                                      mZValue, windowWidth, xStep, extentX, extentY,
+                                                      yBlend, row, callback));
         } else {
-            pipeline->addJob(new ProgressLineJob(pipeline, element, mLowerBoundX + xStep * 0.5, y,
-                                                 mZValue, mWidth, xStep, row, callback));
+            pipeline->addJob(new ProgressLineJob(pipeline, element, windowX, y, mZValue,
+                                                 windowWidth, xStep, row, callback));
         }
-        y = y + yStep;
     }
     pipeline->executeJobs();
 }

@@ -13,7 +13,12 @@ namespace noisepp::utils {
 /// (j + 1/2) step y, with x and y advanced by repeated addition of their steps. In seamless
 /// mode every pixel blends four samples one extent apart so that the image tiles (see
 /// SeamlessPlaneLineJob). Progress is reported once per line, on the calling thread.
-/// All fields start at zero (or null, or off).
+///
+/// A window renders only part of that image: the size and bounds still describe the whole
+/// image, and every sample of the window is the one the whole image takes there, to the bit,
+/// because x and y reach the window's first pixel by the same repeated additions. So tiles
+/// rendered apart assemble into exactly the one-piece image.
+/// All fields start at zero (or null, or off); no window means the whole image.
 class PlaneBuilder : public Builder {
 public:
     void setBounds(double lowerX, double lowerY, double upperX, double upperY) {
@@ -25,6 +30,16 @@ public:
     /// The constant third coordinate of every sample.
     void setZValue(double z) { mZValue = z; }
     void setSeamless(bool seamless) { mSeamless = seamless; }
+    /// Renders only the pixels [x0, x1) x [y0, y1) of the width x height image; the
+    /// destination then holds (x1 - x0) x (y1 - y0) colours, row-major. build() checks that
+    /// the window is non-empty and inside the image.
+    void setWindow(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1) {
+        mWindowX0 = x0;
+        mWindowY0 = y0;
+        mWindowX1 = x1;
+        mWindowY1 = y1;
+        mWindowed = true;
+    }
 
     /// Compiles the module into a pipeline of its own (threaded on machines with two or more
     /// processors) and fills the destination.
@@ -34,8 +49,10 @@ public:
     /// Throws ParamInvalidException for bad parameters (destination, width, height, then the x
     /// and y bounds, which must be strictly increasing, then a missing module or element).
     void build(Pipeline3D* pipeline, const PipelineElement3D* element);
-    /// One step per line.
-    std::int32_t getStepCount() const override { return mHeight; }
+    /// One step per line of the window.
+    std::int32_t getStepCount() const override {
+        return mWindowed ? mWindowY1 - mWindowY0 : mHeight;
+    }
 
 private:
     double mLowerBoundX = 0.0;
@@ -44,6 +61,11 @@ private:
     double mUpperBoundY = 0.0;
     double mZValue = 0.0;
     bool mSeamless = false;
+    bool mWindowed = false;
+    std::int32_t mWindowX0 = 0;
+    std::int32_t mWindowY0 = 0;
+    std::int32_t mWindowX1 = 0;
+    std::int32_t mWindowY1 = 0;
 };
 
 }  // namespace noisepp::utils

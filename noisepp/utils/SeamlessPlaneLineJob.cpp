@@ -14,12 +14,13 @@ float blendChannel(float a, float b, float c, float d, float xBlend, float yBlen
 }  // namespace
 
 SeamlessPlaneLineJob::SeamlessPlaneLineJob(const Pipeline3D* pipeline,
-                                           const PipelineElement3D* element, double x, double y,
-                                           double z, std::int32_t width, double xStep,
-                                           double extentX, double extentY, double yBlend,
-                                           TextureColor* destRow, BuilderCallback* callback)
+                                           const PipelineElement3D* element, double lowerX,
+                                           double x, double y, double z, std::int32_t width,
+                                           double xStep, double extentX, double extentY,
+                                           double yBlend, TextureColor* destRow,
+                                           BuilderCallback* callback)
     : LineJob(pipeline, element, x, y, z, width, xStep, destRow),
-      mStartX(x),
+      mStartX(lowerX),
       mExtentX(extentX),
       mExtentY(extentY),
       mYBlend(yBlend),

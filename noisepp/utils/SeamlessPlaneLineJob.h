@@ -14,11 +14,13 @@ namespace noisepp::utils {
 /// per line at 1 - (y - lower y) / extent y. The blend is done in 32-bit floats.
 class SeamlessPlaneLineJob : public LineJob {
 public:
-    /// `x` is the lower x bound, `y` the line centre; `callback` is borrowed and may be null.
-    SeamlessPlaneLineJob(const Pipeline3D* pipeline, const PipelineElement3D* element, double x,
-                         double y, double z, std::int32_t width, double xStep, double extentX,
-                         double extentY, double yBlend, TextureColor* destRow,
-                         BuilderCallback* callback);
+    /// `lowerX` is the lower x bound, `x` the line's first sample (the lower bound itself for a
+    /// whole line, later for a window's), `y` the line centre; `callback` is borrowed and may
+    /// be null.
+    SeamlessPlaneLineJob(const Pipeline3D* pipeline, const PipelineElement3D* element,
+                         double lowerX, double x, double y, double z, std::int32_t width,
+                         double xStep, double extentX, double extentY, double yBlend,
+                         TextureColor* destRow, BuilderCallback* callback);
 
     void execute(Cache* cache) override;
     /// Counts the line on the callback, if any (runs on the thread that executes the jobs).
