@@ -4,6 +4,25 @@
 /// an extension of the SDK: a plug-in written for another host never reads it, and its
 /// defaults give the behaviour such a host expects.
 struct RenderOptions {
+    /// A pixel rectangle [x0, x1) x [y0, y1) of an image, row 0 at the top.
+    struct Window {
+        int x0 = 0;
+        int y0 = 0;
+        int x1 = 0;
+        int y1 = 0;
+        bool IsEmpty() const { return x1 <= x0 || y1 <= y0; }
+        int Width() const { return x1 - x0; }
+        int Height() const { return y1 - y0; }
+    };
+
     /// Worker threads of a render; 0 means one per processor.
     unsigned threads = 0;
+    /// The size in pixels a Render 2D node renders its texture rectangle at instead of its
+    /// frame's size (its start values and range are kept); 0 x 0 keeps the frame's size. Only
+    /// the host's own limit (Image::GetMaxSizeX/Y) bounds it, not the frame's.
+    int width = 0;
+    int height = 0;
+    /// The part of that image a Render 2D node renders; its image output is then the window
+    /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
+    Window window;
 };
