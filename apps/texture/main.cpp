@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/texture/AssembleCommand.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
 #include "host/Document.h"
@@ -26,6 +27,7 @@ Examples:
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
+  texture assemble tiles/*.tile.json -o full.exr   join the tiles of a split render
   texture --plugin build/release/bin/libTexture.so selfcheck
 
 Exit status: 0 success, 1 render failure, 2 bad usage or bad document.
@@ -120,12 +122,17 @@ int main(int argc, char** argv) {
     CLI::App* selfCheckCommand =
         app.add_subcommand("selfcheck", "run the self-check of every node type");
 
+    AssembleRequest assemble;
+    CLI::App* assembleCommand = AddAssembleCommand(app, assemble);
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
         const int code = app.exit(e);
         return code == 0 ? 0 : 2;
     }
+    if (*assembleCommand)
+        return RunAssembleCommand(assemble);  // needs no plug-in
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
 

@@ -1,0 +1,253 @@
+#include "host/ImageStreamWriter.h"
+
+#include <OpenImageIO/imageio.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <unordered_map>
+#include <vector>
+
+#include "host/Image.h"
+
+namespace {
+
+// The library keeps errors per thread and per object; take them so they do not pile up.
+std::string LibraryError(const std::string& objectError) {
+    const std::string global = OIIO::geterror();
+    std::string text = !objectError.empty() ? objectError : global;
+    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+        text.pop_back();
+    return text.empty() ? std::string("unknown error") : text;
+}
+
+bool Fail(std::string* error, const std::string& message) {
+    if (error != nullptr)
+        *error = message;
+    return false;
+}
+
+float Clamp01(float value) {
+    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
+}  // NaN -> 0
+
+std::int64_t Area(const PixelRect& rect) {
+    return static_cast<std::int64_t>(rect.width) * rect.height;
+}
+
+}  // namespace
+
+// A block is the unit the file takes at once: a file tile, or a row of a scanline file.
+struct ImageStreamWriter::State {
+    struct Pending {
+        std::vector<unsigned char> bytes;  // the block's pixels as stored, top row first
+        std::vector<bool> given;           // per pixel, to refuse pixels given twice
+        std::int64_t count = 0;            // of pixels given
+    };
+
+    std::unique_ptr<OIIO::ImageOutput> output;
+    std::string where;  // the start of every error message
+    int width = 0;
+    int height = 0;
+    int channels = 4;
+    bool floats = false;
+    OIIO::TypeDesc dataType;  // what the blocks hold; the library converts floats to halves
+    int blockWidth = 0;
+    int blockHeight = 0;
+    int blocksAcross = 0;
+    bool tiled = false;
+    std::vector<bool> written;
+    std::unordered_map<int, Pending> pending;
+    int nextRow = 0;  // scanline files: the first row not in the file yet
+
+    std::size_t PixelBytes() const { return dataType.size() * static_cast<std::size_t>(channels); }
+
+    PixelRect Block(int index) const {
+        const int x = index % blocksAcross * blockWidth;
+        const int y = index / blocksAcross * blockHeight;
+        return {x, y, std::min(blockWidth, width - x), std::min(blockHeight, height - y)};
+    }
+
+    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
+    void Encode(const float* rgbo, unsigned char* out) const {
+        const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
+        for (int c = 0; c < channels; ++c) {
+            if (floats) {
+                std::memcpy(out + c * sizeof(float), &rgbo[c], sizeof(float));
+                continue;
+            }
+            const auto level = static_cast<std::uint16_t>(std::lround(Clamp01(rgbo[c]) * scale));
+            if (dataType == OIIO::TypeDesc::UINT8)
+                out[c] = static_cast<std::uint8_t>(level);
+            else
+                std::memcpy(out + c * sizeof level, &level, sizeof level);
+        }
+    }
+};
+
+std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& path, int width,
+                                                           int height,
+                                                           const ImageStreamOptions& options,
+                                                           std::string* error,
+                                                           const std::string& targetPath) {
+    const std::string& named = targetPath.empty() ? path : targetPath;
+    auto state = std::make_unique<State>();
+    state->where = "cannot write image '" + named + "': ";
+    const auto refuse = [&](const std::string& reason) {
+        Fail(error, state->where + reason);
+        return nullptr;
+    };
+    if (width <= 0 || height <= 0)
+        return refuse("the image is empty (" + std::to_string(width) + " x " +
+                      std::to_string(height) + " pixels)");
+    state->output = OIIO::ImageOutput::create(named);
+    if (!state->output) {
+        LibraryError({});
+        const std::string extension = std::filesystem::path(named).extension().string();
+        return refuse(extension.empty() ? "the name has no extension to pick a format"
+                                        : "no image format is known for '" + extension + "'");
+    }
+    const std::string format = state->output->format_name();
+    state->floats = format == "openexr" || format == "hdr";
+    const int bits = options.bits != 0 ? options.bits : state->floats ? 32 : 8;
+    if (state->floats ? bits != 16 && bits != 32 : bits != 8 && bits != 16)
+        return refuse("bits must be " + std::string(state->floats ? "16 or 32" : "8 or 16") +
+                      " for " + format + " files, not " + std::to_string(bits));
+    if (options.tiled && !state->output->supports("tiles"))
+        return refuse("the " + format + " format cannot store tiles");
+    if (options.tiled && (options.tileSide <= 0 || options.tileSide % 16 != 0))
+        return refuse("tiles must be a positive multiple of 16 pixels wide, not " +
+                      std::to_string(options.tileSide));
+
+    state->width = width;
+    state->height = height;
+    state->channels = state->output->supports("alpha") ? 4 : 3;
+    state->dataType = state->floats ? OIIO::TypeDesc::FLOAT
+                      : bits == 16  ? OIIO::TypeDesc::UINT16
+                                    : OIIO::TypeDesc::UINT8;
+    const OIIO::TypeDesc stored =
+        state->floats && bits == 16 ? OIIO::TypeDesc::HALF : state->dataType;
+    OIIO::ImageSpec spec(width, height, state->channels, stored);
+    if (!state->floats)
+        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    state->tiled = options.tiled;
+    if (options.tiled) {
+        spec.tile_width = spec.tile_height = options.tileSide;
+        spec.tile_depth = 1;
+        // Tiles then go to the file as they come instead of waiting in memory for the tiles
+        // before them in top-to-bottom order.
+        spec.attribute("openexr:lineOrder", "randomY");
+    }
+    state->blockWidth = options.tiled ? options.tileSide : width;
+    state->blockHeight = options.tiled ? options.tileSide : 1;
+    state->blocksAcross = (width + state->blockWidth - 1) / state->blockWidth;
+    const int blocksDown = (height + state->blockHeight - 1) / state->blockHeight;
+    state->written.assign(static_cast<std::size_t>(state->blocksAcross) * blocksDown, false);
+    if (!state->output->open(path, spec))
+        return refuse(LibraryError(state->output->geterror()));
+    return std::unique_ptr<ImageStreamWriter>(new ImageStreamWriter(std::move(state)));
+}
+
+ImageStreamWriter::ImageStreamWriter(std::unique_ptr<State> state) : mState(std::move(state)) {}
+
+ImageStreamWriter::~ImageStreamWriter() {
+    if (mState->output)
+        mState->output->close();
+}
+
+int ImageStreamWriter::FileTileSide() const {
+    return mState->tiled ? mState->blockWidth : 0;
+}
+
+bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::string* error) {
+    State& s = *mState;
+    const std::string region = "pixels [" + std::to_string(rect.x) + ", " +
+                               std::to_string(rect.Right()) + ") x [" + std::to_string(rect.y) +
+                               ", " + std::to_string(rect.Bottom()) + ")";
+    if (!s.output)
+        return Fail(error, s.where + "the file is already closed");
+    if (rect.width <= 0 || rect.height <= 0 || rect.x < 0 || rect.y < 0 || rect.Right() > s.width ||
+        rect.Bottom() > s.height)
+        return Fail(error, s.where + region + " are not inside the " + std::to_string(s.width) +
+                               " x " + std::to_string(s.height) + " image");
+    if (pixels.GetSizeX() != rect.width || pixels.GetSizeY() != rect.height)
+        return Fail(error, s.where + region + " given as a " + std::to_string(pixels.GetSizeX()) +
+                               " x " + std::to_string(pixels.GetSizeY()) + " image");
+
+    std::unique_ptr<Image, void (*)(Image*)> converted(nullptr, [](Image* i) { i->Release(); });
+    if (pixels.GetColorMode() != Image::kFloatRgbo)
+        converted.reset(new Image(pixels, Image::kFloatRgbo));
+    const float* source = (converted ? *converted : pixels).GetConstArray();
+
+    const std::size_t pixelBytes = s.PixelBytes();
+    for (int blockY = rect.y / s.blockHeight; blockY * s.blockHeight < rect.Bottom(); ++blockY) {
+        for (int blockX = rect.x / s.blockWidth; blockX * s.blockWidth < rect.Right(); ++blockX) {
+            const int index = blockY * s.blocksAcross + blockX;
+            const PixelRect block = s.Block(index);
+            const int x0 = std::max(rect.x, block.x), x1 = std::min(rect.Right(), block.Right());
+            const int y0 = std::max(rect.y, block.y), y1 = std::min(rect.Bottom(), block.Bottom());
+            const std::string overlap = s.where + region + " overlap pixels given before";
+            if (s.written[index])
+                return Fail(error, overlap);
+            State::Pending& waiting = s.pending[index];
+            waiting.bytes.resize(static_cast<std::size_t>(Area(block)) * pixelBytes);
+            waiting.given.resize(static_cast<std::size_t>(Area(block)));
+            for (int y = y0; y < y1; ++y) {
+                const int imageRow = rect.Bottom() - 1 - y;
+                const float* in =
+                    source + (static_cast<std::size_t>(imageRow) * rect.width + (x0 - rect.x)) * 4;
+                const std::size_t at =
+                    static_cast<std::size_t>(y - block.y) * block.width + (x0 - block.x);
+                for (std::size_t i = at; i < at + (x1 - x0); ++i, in += 4) {
+                    if (waiting.given[i])
+                        return Fail(error, overlap);
+                    waiting.given[i] = true;
+                    s.Encode(in, waiting.bytes.data() + i * pixelBytes);
+                }
+            }
+            waiting.count += static_cast<std::int64_t>(x1 - x0) * (y1 - y0);
+            if (waiting.count == Area(block) && !FinishBlock(index, error))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
+    State& s = *mState;
+    if (s.tiled) {
+        const PixelRect block = s.Block(index);
+        const bool ok = s.output->write_tiles(block.x, block.Right(), block.y, block.Bottom(), 0, 1,
+                                              s.dataType, s.pending[index].bytes.data());
+        s.pending.erase(index);
+        s.written[index] = true;
+        return ok || Fail(error, s.where + LibraryError(s.output->geterror()));
+    }
+    // Rows go out in order: this row and the complete rows after it once the rows above are in.
+    for (auto next = s.pending.find(s.nextRow);
+         next != s.pending.end() && next->second.count == s.width;
+         next = s.pending.find(s.nextRow)) {
+        if (!s.output->write_scanline(s.nextRow, 0, s.dataType, next->second.bytes.data()))
+            return Fail(error, s.where + LibraryError(s.output->geterror()));
+        s.pending.erase(next);
+        s.written[s.nextRow++] = true;
+    }
+    return true;
+}
+
+bool ImageStreamWriter::Close(std::string* error) {
+    State& s = *mState;
+    if (!s.output)
+        return Fail(error, s.where + "the file is already closed");
+    const auto missing = std::count(s.written.begin(), s.written.end(), false);
+    const bool closed = s.output->close();
+    const std::string reason = closed ? std::string() : LibraryError(s.output->geterror());
+    s.output.reset();
+    if (missing > 0)
+        return Fail(error, s.where + "pixels never arrived for " + std::to_string(missing) +
+                               " of " + std::to_string(s.written.size()) +
+                               (s.tiled ? " file tiles" : " rows"));
+    return closed || Fail(error, s.where + reason);
+}
