@@ -16,7 +16,6 @@
 #include "host/Attribute.h"
 #include "host/Engine.h"
 #include "host/GradientNode.h"
-#include "host/ImageFileNode.h"
 #include "host/Node.h"
 #include "host/NodeValue.h"
 #include "host/PluginLoader.h"
@@ -144,11 +143,10 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
         } catch (const ValueCodec::Error& e) {
             Fail(where + " (" + attribute->GetKindName() + "): " + e.what());
         }
-        if (dynamic_cast<ImageFileNode*>(node) != nullptr && name == "file" &&
-            !decoded.GetText().empty()) {
+        if (attribute->GetKind() == Attribute::kFile && !decoded.GetText().empty()) {
             const std::string path = Absolute(decoded.GetText(), folder);
             if (!fs::is_regular_file(path))
-                Fail(where + ": image file '" + path + "' does not exist");
+                Fail(where + ": file '" + path + "' does not exist");
             decoded = NodeValue::Text(path);
         }
         if (const std::string problem = attribute->Validate(decoded); !problem.empty())
@@ -301,7 +299,7 @@ bool Document::Save(const std::string& path, const Engine& engine, std::string* 
                 NodeValue value = attribute->GetValue();
                 if (value == attribute->GetDefault())
                     continue;
-                if (dynamic_cast<ImageFileNode*>(node) != nullptr && attribute->GetName() == "file")
+                if (attribute->GetKind() == Attribute::kFile)
                     value = NodeValue::Text(Relative(value.GetText(), folder));
                 attributes[attribute->GetName()] = ValueCodec::Encode(*attribute, value);
             }

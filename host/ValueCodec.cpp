@@ -96,6 +96,7 @@ NodeValue ValueCodec::Decode(const Attribute& attribute, const json& value) {
             return NodeValue::Mesh({value[0].get<int>(), value[1].get<int>(), flag});
         }
         case Attribute::kText:
+        case Attribute::kFile:
             if (!value.is_string())
                 Fail(std::string("expected a string, got ") + JsonKind(value));
             return NodeValue::Text(value.get<std::string>());
@@ -126,6 +127,7 @@ json ValueCodec::Encode(const Attribute& attribute, const NodeValue& value) {
             return json::array({m.model, m.submesh, m.flag ? 1 : 0});
         }
         case Attribute::kText:
+        case Attribute::kFile:
             return value.GetText();
     }
     return nullptr;
