@@ -24,6 +24,7 @@ unsigned valueTypeOf(Attribute::Kind kind) {
         case Attribute::kMesh:
             return NodeValue::kMesh;
         case Attribute::kText:
+        case Attribute::kFile:
             return NodeValue::kText;
     }
     return NodeValue::kNone;
@@ -135,6 +136,9 @@ Attribute::Attribute(Node* node, unsigned id, const std::string& name,
 Attribute::Attribute(Node* node, unsigned id, const std::string& name, const char* defaultText)
     : Attribute(node, id, name, std::string(defaultText != nullptr ? defaultText : "")) {}
 
+Attribute::Attribute(Node* node, unsigned id, const std::string& name, const FilePath& defaultFile)
+    : Attribute(node, id, name, kFile, NodeValue::Text(defaultFile.path)) {}
+
 const char* Attribute::GetKindName() const {
     return NodeValue::GetTypeName(valueTypeOf(mKind));
 }
@@ -208,6 +212,7 @@ std::string Attribute::Validate(const NodeValue& value) const {
         case kBool:
         case kColor:
         case kText:
+        case kFile:
             return {};
     }
     return {};

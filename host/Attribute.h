@@ -8,6 +8,11 @@
 
 class Node;
 
+/// The default of a file attribute: a path, empty for none.
+struct FilePath {
+    std::string path;
+};
+
 /// One editable parameter of a node. Every attribute is also an inplug of its node.
 ///
 /// The constructor chosen gives the kind; numbers, points and frames carry a default, a
@@ -15,7 +20,9 @@ class Node;
 /// display precision only: values are stored as given.
 class Attribute {
 public:
-    enum Kind { kNumber, kBool, kChoice, kColor, kPoint, kFrame, kMesh, kText };
+    /// kFile is text naming a file: absolute once a document is loaded, written relative to
+    /// the document's folder when it lies inside it.
+    enum Kind { kNumber, kBool, kChoice, kColor, kPoint, kFrame, kMesh, kText, kFile };
 
     Attribute(Node* node, unsigned id, const std::string& name, double defaultValue, double minimum,
               double maximum, double step, int decimals);
@@ -32,12 +39,13 @@ public:
     Attribute(Node* node, unsigned id, const std::string& name, const std::string& defaultText);
     /// Text from a literal (without this overload a literal would pick the bool constructor).
     Attribute(Node* node, unsigned id, const std::string& name, const char* defaultText);
+    Attribute(Node* node, unsigned id, const std::string& name, const FilePath& defaultFile);
 
     Node* GetNode() const { return mNode; }
     unsigned GetId() const { return mId; }
     const std::string& GetName() const { return mName; }
     Kind GetKind() const { return mKind; }
-    /// "number", "bool", "choice", "colour", "point", "frame", "mesh" or "text".
+    /// "number", "bool", "choice", "colour", "point", "frame", "mesh" or "text" (a file too).
     const char* GetKindName() const;
 
     double GetMinimum() const { return mMinimum; }

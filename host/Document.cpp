@@ -16,10 +16,10 @@
 #include "host/Attribute.h"
 #include "host/Engine.h"
 #include "host/GradientNode.h"
-#include "host/ImageFileNode.h"
 #include "host/Node.h"
 #include "host/NodeValue.h"
 #include "host/PluginLoader.h"
+#include "host/ValueCodec.h"
 
 namespace fs = std::filesystem;
 using nlohmann::json;
@@ -35,32 +35,6 @@ struct DocumentError : std::runtime_error {
     throw DocumentError(message);
 }
 
-const char* JsonKind(const json& value) {
-    if (value.is_number())
-        return "a number";
-    if (value.is_boolean())
-        return "true/false";
-    if (value.is_string())
-        return "a string";
-    if (value.is_array())
-        return "an array";
-    if (value.is_object())
-        return "an object";
-    return "null";
-}
-
-std::vector<double> Numbers(const json& value, std::size_t count, const std::string& what) {
-    if (!value.is_array() || value.size() != count)
-        Fail("expected " + what + ", got " + JsonKind(value));
-    std::vector<double> numbers;
-    for (const json& item : value) {
-        if (!item.is_number())
-            Fail("expected " + what + ", got an array holding " + JsonKind(item));
-        numbers.push_back(item.get<double>());
-    }
-    return numbers;
-}
-
 std::string Absolute(const std::string& path, const fs::path& folder) {
     const fs::path p(path);
     return (p.is_absolute() ? p : folder / p).lexically_normal().string();
@@ -71,131 +45,6 @@ std::string Relative(const std::string& path, const fs::path& folder) {
     if (relative.empty() || *relative.begin() == "..")
         return path;
     return relative.string();
-}
-
-NodeValue DecodeValue(const Attribute& attribute, const json& value) {
-    switch (attribute.GetKind()) {
-        case Attribute::kNumber:
-            if (!value.is_number())
-                Fail(std::string("expected a number, got ") + JsonKind(value));
-            return NodeValue::Number(value.get<double>());
-        case Attribute::kBool:
-            if (!value.is_boolean())
-                Fail(std::string("expected true or false, got ") + JsonKind(value));
-            return NodeValue::Bool(value.get<bool>());
-        case Attribute::kChoice: {
-            std::string items;
-            for (const std::string& item : attribute.GetItems())
-                items += (items.empty() ? "" : ", ") + item;
-            if (value.is_string()) {
-                if (attribute.GetChoiceIndex(value.get<std::string>()) < 0)
-                    Fail("unknown choice '" + value.get<std::string>() + "' (items: " + items +
-                         ")");
-                return attribute.Normalize(NodeValue::Choice(-1, value.get<std::string>()));
-            }
-            if (value.is_number_integer()) {
-                const long long index = value.get<long long>();
-                if (index < 0 || index >= static_cast<long long>(attribute.GetItems().size()))
-                    Fail("choice index " + std::to_string(index) + " must be between 0 and " +
-                         std::to_string(attribute.GetItems().size() - 1) + " (items: " + items +
-                         ")");
-                return attribute.Normalize(NodeValue::Choice(static_cast<int>(index), ""));
-            }
-            Fail(std::string("expected an item's text or index, got ") + JsonKind(value));
-        }
-        case Attribute::kColor: {
-            const auto c = Numbers(value, 4, "a colour [r, g, b, opacity]");
-            return NodeValue::Color({c[0], c[1], c[2], c[3]});
-        }
-        case Attribute::kPoint: {
-            const auto p = Numbers(value, 2, "a point [x, y]");
-            return NodeValue::FromPoint({p[0], p[1]});
-        }
-        case Attribute::kFrame: {
-            const auto f = Numbers(value, 4, "a frame [position_x, position_y, size_x, size_y]");
-            return NodeValue::FromFrame({f[0], f[1], f[2], f[3]});
-        }
-        case Attribute::kMesh: {
-            if (!value.is_array() || value.size() != 3 || !value[0].is_number_integer() ||
-                !value[1].is_number_integer() ||
-                !(value[2].is_boolean() || value[2].is_number_integer()))
-                Fail("expected a mesh [model, submesh, flag] of integers");
-            const bool flag =
-                value[2].is_boolean() ? value[2].get<bool>() : value[2].get<int>() != 0;
-            return NodeValue::Mesh({value[0].get<int>(), value[1].get<int>(), flag});
-        }
-        case Attribute::kText:
-            if (!value.is_string())
-                Fail(std::string("expected a string, got ") + JsonKind(value));
-            return NodeValue::Text(value.get<std::string>());
-    }
-    Fail("unsupported attribute kind");
-}
-
-json EncodeJson(const Attribute& attribute, const NodeValue& value) {
-    switch (attribute.GetKind()) {
-        case Attribute::kNumber:
-            return value.GetNumber();
-        case Attribute::kBool:
-            return value.GetBool();
-        case Attribute::kChoice:
-            return value.GetText();
-        case Attribute::kColor: {
-            const Rgbo& c = value.GetColor();
-            return json::array({c.red, c.green, c.blue, c.opacity});
-        }
-        case Attribute::kPoint:
-            return json::array({value.GetPoint().x, value.GetPoint().y});
-        case Attribute::kFrame: {
-            const Frame& f = value.GetFrame();
-            return json::array({f.positionX, f.positionY, f.sizeX, f.sizeY});
-        }
-        case Attribute::kMesh: {
-            const MeshReference& m = value.GetMesh();
-            return json::array({m.model, m.submesh, m.flag ? 1 : 0});
-        }
-        case Attribute::kText:
-            return value.GetText();
-    }
-    return nullptr;
-}
-
-const char* kInterpolationNames[] = {"step", "linear", "smooth"};
-
-VertexGradient DecodeGradient(const json& value) {
-    if (!value.is_object())
-        Fail("expected {\"interpolation\": ..., \"stops\": [...]}");
-    VertexGradient gradient;
-    if (value.contains("interpolation")) {
-        const json& mode = value["interpolation"];
-        int found = -1;
-        for (int i = 0; i < 3; ++i)
-            if (mode.is_string() && mode.get<std::string>() == kInterpolationNames[i])
-                found = i;
-        if (found < 0)
-            Fail("interpolation must be \"linear\", \"step\" or \"smooth\"");
-        gradient.interpolation = found;
-    }
-    if (!value.contains("stops") || !value["stops"].is_array())
-        Fail("expected \"stops\": [[position, [r, g, b, opacity]], ...]");
-    for (const json& stop : value["stops"]) {
-        if (!stop.is_array() || stop.size() != 2 || !stop[0].is_number())
-            Fail("each stop must be [position, [r, g, b, opacity]]");
-        const auto c = Numbers(stop[1], 4, "a stop colour [r, g, b, opacity]");
-        gradient.vertices.push_back({stop[0].get<double>(), {c[0], c[1], c[2], c[3]}});
-    }
-    return gradient;
-}
-
-json EncodeGradient(const VertexGradient& gradient) {
-    json stops = json::array();
-    for (const VertexGradient::Vertex& v : gradient.vertices)
-        stops.push_back(json::array({v.position, json::array({v.color.red, v.color.green,
-                                                              v.color.blue, v.color.opacity})}));
-    const int mode = gradient.interpolation >= 0 && gradient.interpolation < 3
-                         ? gradient.interpolation
-                         : VertexGradient::kLinear;
-    return {{"interpolation", kInterpolationNames[mode]}, {"stops", stops}};
 }
 
 std::string LineAndColumn(const std::string& text, std::size_t byte) {
@@ -277,8 +126,8 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
             if (auto* gradientNode = dynamic_cast<GradientNode*>(node);
                 gradientNode != nullptr && name == "gradient") {
                 try {
-                    GradientNode::SetGradient(node, DecodeGradient(value));
-                } catch (const DocumentError& e) {
+                    GradientNode::SetGradient(node, ValueCodec::DecodeGradient(value));
+                } catch (const ValueCodec::Error& e) {
                     Fail(where + ": " + e.what());
                 }
                 continue;
@@ -290,15 +139,14 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
         }
         NodeValue decoded;
         try {
-            decoded = DecodeValue(*attribute, value);
-        } catch (const DocumentError& e) {
+            decoded = ValueCodec::Decode(*attribute, value);
+        } catch (const ValueCodec::Error& e) {
             Fail(where + " (" + attribute->GetKindName() + "): " + e.what());
         }
-        if (dynamic_cast<ImageFileNode*>(node) != nullptr && name == "file" &&
-            !decoded.GetText().empty()) {
+        if (attribute->GetKind() == Attribute::kFile && !decoded.GetText().empty()) {
             const std::string path = Absolute(decoded.GetText(), folder);
             if (!fs::is_regular_file(path))
-                Fail(where + ": image file '" + path + "' does not exist");
+                Fail(where + ": file '" + path + "' does not exist");
             decoded = NodeValue::Text(path);
         }
         if (const std::string problem = attribute->Validate(decoded); !problem.empty())
@@ -451,12 +299,12 @@ bool Document::Save(const std::string& path, const Engine& engine, std::string* 
                 NodeValue value = attribute->GetValue();
                 if (value == attribute->GetDefault())
                     continue;
-                if (dynamic_cast<ImageFileNode*>(node) != nullptr && attribute->GetName() == "file")
+                if (attribute->GetKind() == Attribute::kFile)
                     value = NodeValue::Text(Relative(value.GetText(), folder));
-                attributes[attribute->GetName()] = EncodeJson(*attribute, value);
+                attributes[attribute->GetName()] = ValueCodec::Encode(*attribute, value);
             }
             if (const auto* gradientNode = dynamic_cast<const GradientNode*>(node))
-                attributes["gradient"] = EncodeGradient(gradientNode->GetGradient());
+                attributes["gradient"] = ValueCodec::EncodeGradient(gradientNode->GetGradient());
             if (!attributes.empty())
                 entry["attributes"] = attributes;
             nodes.push_back(entry);
@@ -510,8 +358,4 @@ bool Document::Save(const std::string& path, const Engine& engine, std::string* 
         return false;
     }
     return true;
-}
-
-std::string Document::EncodeValue(const Attribute& attribute, const NodeValue& value) {
-    return EncodeJson(attribute, value).dump();
 }

@@ -2,9 +2,7 @@
 
 #include <string>
 
-class Attribute;
 class Engine;
-class NodeValue;
 class PluginLoader;
 
 /// A graph document (format "texture-graph", version 1): loads one into an engine and saves
@@ -32,9 +30,6 @@ public:
     const std::string& GetDisplay() const { return mDisplay; }
     void SetActive(const std::string& id) { mActive = id; }
     void SetDisplay(const std::string& id) { mDisplay = id; }
-
-    /// `value` of `attribute` as document JSON text (a choice as its item's text).
-    static std::string EncodeValue(const Attribute& attribute, const NodeValue& value);
 
 private:
     std::string mActive;

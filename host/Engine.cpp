@@ -1,222 +1,54 @@
 #include "host/Engine.h"
 
-#include <algorithm>
-#include <exception>
-#include <map>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "host/AttributeStateContainer.h"
+#include "host/Evaluator.h"
+#include "host/EventQueue.h"
 #include "host/LinkStateContainer.h"
-#include "host/Log.h"
 #include "host/NodeStateContainer.h"
 #include "host/UndoHistory.h"
 
+struct Engine::Impl {
+    GraphStore graph;
+    EventQueue events{[this](const Node* node) { return graph.Find(node) != nullptr; }};
+    Evaluator evaluator{graph};
+    UndoHistory history;
+    std::vector<std::string> sceneModels;
+
+    /// Takes the entry out of the graph and deletes its node, its outputs first (they may
+    /// hold what the node made).
+    void DeleteEntry(std::unique_ptr<GraphStore::Entry> entry, bool detach) {
+        entry->outputs.clear();
+        if (detach)
+            entry->node->SetHost(nullptr);
+        entry->node.reset();
+    }
+};
+
 namespace {
 
-/// What a node and the engine know about each other.
-struct Entry {
-    std::unique_ptr<Node> node;
-    std::string id;
-    bool dirty = true;
-    std::vector<NodeValue> outputs;
-};
-
-/// An event waiting for the engine's lock to be released: a node event when `node` is set,
-/// an engine event otherwise.
-struct PendingEvent {
-    Node* node = nullptr;
-    NodeEvent nodeEvent;
-    unsigned code = 0;
-    unsigned parameter = 0;
-};
+/// Stores `message` in `error` when given and returns `result`.
+template <class Result>
+Result Fail(std::string* error, const std::string& message, Result result) {
+    if (error != nullptr)
+        *error = message;
+    return result;
+}
 
 }  // namespace
 
-struct Engine::Impl {
-    mutable std::recursive_mutex mutex;
-    /// Nesting of Scope objects on the thread that holds the lock.
-    int depth = 0;
-    std::vector<PendingEvent> pending;
-
-    std::vector<std::unique_ptr<Entry>> entries;
-    std::unordered_map<const Node*, Entry*> byNode;
-    std::map<std::string, Entry*> byId;
-    std::vector<Link> links;
-
-    std::vector<Delegate2<unsigned int, unsigned int>> handlers;
-    std::vector<std::string> sceneModels;
-    UndoHistory history;
-    std::function<void(Node*, bool)> observer;
-    unsigned long long evaluationCount = 0;
-
-    Entry* find(const Node* node) const {
-        const auto it = byNode.find(node);
-        return it != byNode.end() ? it->second : nullptr;
-    }
-
-    std::string plugName(const Node* node, bool outplug, unsigned plug) const {
-        const Entry* entry = find(node);
-        std::string text = "'" + (entry != nullptr ? entry->id : std::string("?")) + ".";
-        if (outplug && plug < node->GetOutplugs().size())
-            text += node->GetOutplugs()[plug].name;
-        else if (!outplug && plug < node->GetInplugs().size())
-            text += node->GetInplugs()[plug].name;
-        else
-            text += std::to_string(plug);
-        return text + "'";
-    }
-
-    std::vector<Entry*> downstreamOf(Entry* start) const {
-        std::vector<Entry*> found{start};
-        std::unordered_set<Entry*> seen{start};
-        for (std::size_t i = 0; i < found.size(); ++i)
-            for (const Link& link : links)
-                if (link.from == found[i]->node.get()) {
-                    Entry* next = find(link.to);
-                    if (seen.insert(next).second)
-                        found.push_back(next);
-                }
-        return found;
-    }
-
-    /// The ids along a chain of links from `start` down to `target`, empty when there is none.
-    std::vector<std::string> pathDown(const Node* start, const Node* target) const {
-        std::unordered_map<const Node*, const Node*> cameFrom{{start, nullptr}};
-        std::vector<const Node*> queue{start};
-        for (std::size_t i = 0; i < queue.size(); ++i) {
-            if (queue[i] == target) {
-                std::vector<std::string> path;
-                for (const Node* n = target; n != nullptr; n = cameFrom[n])
-                    path.push_back(find(n)->id);
-                std::reverse(path.begin(), path.end());
-                return path;
-            }
-            for (const Link& link : links)
-                if (link.from == queue[i] && cameFrom.emplace(link.to, queue[i]).second)
-                    queue.push_back(link.to);
-        }
-        return {};
-    }
-
-    /// The dirty nodes `entry` depends on, and `entry` itself, upstream first. A clean node has
-    /// only clean nodes upstream (dirtiness spreads downstream), so the walk stops at them.
-    std::vector<Entry*> dirtyUpstreamOrder(Entry* target) const {
-        std::vector<Entry*> order;
-        std::unordered_set<Entry*> entered;
-        // Iterative depth-first walk (a long chain must not exhaust the stack). A node is
-        // entered when it is expanded, not when it is pushed: a node pushed early may be
-        // needed by one expanded later, and must then come out before it.
-        std::vector<std::pair<Entry*, bool>> stack{{target, false}};
-        while (!stack.empty()) {
-            auto [entry, expanded] = stack.back();
-            stack.pop_back();
-            if (expanded) {
-                order.push_back(entry);
-                continue;
-            }
-            if (!entered.insert(entry).second)
-                continue;
-            stack.emplace_back(entry, true);
-            for (const Link& link : links) {
-                if (link.to != entry->node.get())
-                    continue;
-                Entry* upstream = find(link.from);
-                if (upstream->dirty && entered.count(upstream) == 0)
-                    stack.emplace_back(upstream, false);
-            }
-        }
-        return order;
-    }
-
-    void queueNodeEvent(Node* node, int type, int code) {
-        pending.push_back({node, NodeEvent{type, code}, 0, 0});
-    }
-    void queueEngineEvent(unsigned code, unsigned parameter) {
-        pending.push_back({nullptr, {}, code, parameter});
-    }
-    void forgetNode(const Node* node) {
-        std::erase_if(pending, [node](const PendingEvent& e) { return e.node == node; });
-        std::erase_if(handlers, [node](const Delegate2<unsigned int, unsigned int>& h) {
-            return h.GetObject() == static_cast<const void*>(node);
-        });
-    }
-};
-
-/// Holds the engine's lock for one operation. When the outermost operation of the thread
-/// ends, the lock is released first and the events it caused are delivered after, so that a
-/// listener may block on a thread that is waiting for the engine.
-class Engine::Scope {
-public:
-    explicit Scope(const Engine& engine) : mImpl(*engine.mImpl) {
-        mImpl.mutex.lock();
-        ++mImpl.depth;
-    }
-    ~Scope() {
-        if (--mImpl.depth > 0 || mImpl.pending.empty()) {
-            mImpl.mutex.unlock();
-            return;
-        }
-        std::vector<PendingEvent> events = std::move(mImpl.pending);
-        mImpl.pending.clear();
-        mImpl.mutex.unlock();
-        for (const PendingEvent& event : events)
-            Deliver(event);
-    }
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
-
-private:
-    void Deliver(const PendingEvent& event) const {
-        try {
-            if (event.node != nullptr) {
-                {
-                    // A listener told earlier may have removed the node meanwhile.
-                    std::lock_guard lock(mImpl.mutex);
-                    if (mImpl.find(event.node) == nullptr)
-                        return;
-                }
-                event.node->DeliverEvent(event.nodeEvent);
-                return;
-            }
-            std::vector<Delegate2<unsigned int, unsigned int>> handlers;
-            {
-                std::lock_guard lock(mImpl.mutex);
-                handlers = mImpl.handlers;
-            }
-            for (const auto& handler : handlers) {
-                {
-                    std::lock_guard lock(mImpl.mutex);
-                    if (std::find(mImpl.handlers.begin(), mImpl.handlers.end(), handler) ==
-                        mImpl.handlers.end())
-                        continue;
-                }
-                handler(event.code, event.parameter);
-            }
-        } catch (const std::exception& e) {
-            Log::Warning("event handler failed: %s", e.what());
-        } catch (...) {
-            Log::Warning("event handler failed with an unknown error");
-        }
-    }
-
-    Impl& mImpl;
-};
+using Scope = EventQueue::Scope;
 
 Engine::Engine() : mImpl(std::make_unique<Impl>()) {}
 
 Engine::~Engine() {
     // Nodes kept by the undo history for a deleted node go first, while the engine is whole.
     mImpl->history.Clear();
-    // Nodes go first, while the engine is whole: their destructors may unregister handlers.
-    while (!mImpl->entries.empty()) {
-        std::unique_ptr<Entry> entry = std::move(mImpl->entries.back());
-        mImpl->entries.pop_back();
-        mImpl->byNode.erase(entry->node.get());
-        entry->outputs.clear();
-        entry->node.reset();
-    }
+    // Nodes go next, while the engine is whole: their destructors may unregister handlers.
+    GraphStore& graph = mImpl->graph;
+    while (!graph.GetEntries().empty())
+        mImpl->DeleteEntry(graph.Take(graph.GetEntries().back()->node.get()), false);
 }
 
 Engine* Engine::Get() {
@@ -227,132 +59,82 @@ Engine* Engine::Get() {
 }
 
 Node* Engine::AddNode(std::unique_ptr<Node> node, const std::string& id, std::string* error) {
-    Scope scope(*this);
-    auto fail = [error](const std::string& message) -> Node* {
-        if (error != nullptr)
-            *error = message;
-        return nullptr;
-    };
+    Scope scope(mImpl->events);
+    Node* none = nullptr;
     if (node == nullptr)
-        return fail("no node to add as '" + id + "'");
+        return Fail(error, "no node to add as '" + id + "'", none);
     if (id.empty())
-        return fail("a node id must not be empty");
-    if (mImpl->byId.count(id) != 0)
-        return fail("node id '" + id + "' is already taken");
-    if (node->mEngine != nullptr)
-        return fail("node '" + id + "' belongs to another engine");
-    if (node->mInplugs.size() != node->mAttributes.size() + node->mRegularInputs.size())
-        return fail("node '" + id + "' (" + node->GetTypeName() +
-                    ") did not declare its plugs (UpdateInplugsAndOutplugs)");
-
-    auto entry = std::make_unique<Entry>();
-    entry->id = id;
-    entry->outputs.resize(node->GetOutplugs().size());
-    entry->node = std::move(node);
-    Node* added = entry->node.get();
-    added->mEngine = this;
-    mImpl->byNode[added] = entry.get();
-    mImpl->byId[id] = entry.get();
-    mImpl->entries.push_back(std::move(entry));
+        return Fail(error, "a node id must not be empty", none);
+    if (mImpl->graph.Find(id) != nullptr)
+        return Fail(error, "node id '" + id + "' is already taken", none);
+    if (node->GetEngine() != nullptr)
+        return Fail(error, "node '" + id + "' belongs to another engine", none);
+    if (node->GetInplugs().size() != node->GetAttributes().size() + node->GetRegularInputs().size())
+        return Fail(error,
+                    "node '" + id + "' (" + node->GetTypeName() +
+                        ") did not declare its plugs (UpdateInplugsAndOutplugs)",
+                    none);
+    Node* added = mImpl->graph.Insert(std::move(node), id, mImpl->graph.GetEntries().size());
+    added->SetHost(this);
     return added;
 }
 
 void Engine::RemoveNode(Node* node) {
-    Scope scope(*this);
-    Entry* entry = mImpl->find(node);
-    if (entry == nullptr)
+    Scope scope(mImpl->events);
+    if (mImpl->graph.Find(node) == nullptr)
         return;
-    std::vector<Node*> orphaned;
-    std::erase_if(mImpl->links, [&](const Link& link) {
-        if (link.from == node && link.to != node)
-            orphaned.push_back(link.to);
-        return link.from == node || link.to == node;
-    });
-    for (Node* downstream : orphaned) {
-        mImpl->queueNodeEvent(downstream, NodeEvent::kInputsChanged, 0);
-        MarkDirty(downstream);
-    }
+    for (const Link& link : mImpl->graph.RemoveLinksOf(node))
+        if (link.from == node && link.to != node) {
+            mImpl->events.QueueNodeEvent(link.to, NodeEvent::kInputsChanged, 0);
+            MarkDirty(link.to);
+        }
     mImpl->history.Clear();
-    mImpl->forgetNode(node);
-    mImpl->byNode.erase(node);
-    mImpl->byId.erase(entry->id);
-    const auto it = std::find_if(mImpl->entries.begin(), mImpl->entries.end(),
-                                 [entry](const auto& e) { return e.get() == entry; });
-    std::unique_ptr<Entry> removed = std::move(*it);
-    mImpl->entries.erase(it);
-    removed->outputs.clear();
-    removed->node->mEngine = nullptr;
-    removed->node.reset();
+    mImpl->events.ForgetNode(node);
+    mImpl->DeleteEntry(mImpl->graph.Take(node), true);
 }
 
 void Engine::DeleteNode(Node* node, const std::string& label) {
-    Scope scope(*this);
-    if (mImpl->find(node) == nullptr)
+    Scope scope(mImpl->events);
+    if (mImpl->graph.Find(node) == nullptr)
         return;
     mImpl->history.Put(std::make_unique<NodeStateContainer>(this, node), label);
 }
 
 Engine::DetachedNode Engine::DetachNode(Node* node) {
-    Scope scope(*this);
-    Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
     DetachedNode detached;
-    if (entry == nullptr)
+    if (mImpl->graph.Find(node) == nullptr)
         return detached;
-    std::vector<Node*> orphaned;
-    std::erase_if(mImpl->links, [&](const Link& link) {
-        if (link.from != node && link.to != node)
-            return false;
-        detached.links.push_back(link);
-        if (link.to != node)
-            orphaned.push_back(link.to);
-        return true;
-    });
-    for (Node* downstream : orphaned) {
-        mImpl->queueNodeEvent(downstream, NodeEvent::kInputsChanged, 0);
-        MarkDirty(downstream);
-    }
+    detached.links = mImpl->graph.RemoveLinksOf(node);
+    for (const Link& link : detached.links)
+        if (link.to != node) {
+            mImpl->events.QueueNodeEvent(link.to, NodeEvent::kInputsChanged, 0);
+            MarkDirty(link.to);
+        }
     // Its handlers stay: the node is alive and comes back on undo.
-    std::erase_if(mImpl->pending, [node](const PendingEvent& e) { return e.node == node; });
-    mImpl->byNode.erase(node);
-    mImpl->byId.erase(entry->id);
-    const auto it = std::find_if(mImpl->entries.begin(), mImpl->entries.end(),
-                                 [entry](const auto& e) { return e.get() == entry; });
-    detached.position = static_cast<std::size_t>(it - mImpl->entries.begin());
-    std::unique_ptr<Entry> removed = std::move(*it);
-    mImpl->entries.erase(it);
-    removed->outputs.clear();
-    removed->node->mEngine = nullptr;
-    detached.node = std::move(removed->node);
-    detached.id = removed->id;
+    mImpl->events.DropNodeEvents(node);
+    std::unique_ptr<GraphStore::Entry> entry = mImpl->graph.Take(node, &detached.position);
+    entry->outputs.clear();
+    entry->node->SetHost(nullptr);
+    detached.node = std::move(entry->node);
+    detached.id = entry->id;
     return detached;
 }
 
 Node* Engine::AttachNode(DetachedNode detached) {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     if (detached.node == nullptr)
         return nullptr;
     std::string id = detached.id;
-    for (int suffix = 2; mImpl->byId.count(id) != 0; ++suffix)
+    for (int suffix = 2; mImpl->graph.Find(id) != nullptr; ++suffix)
         id = detached.id + "-" + std::to_string(suffix);
-    auto entry = std::make_unique<Entry>();
-    entry->id = id;
-    entry->outputs.resize(detached.node->GetOutplugs().size());
-    entry->node = std::move(detached.node);
-    Node* node = entry->node.get();
-    node->mEngine = this;
-    mImpl->byNode[node] = entry.get();
-    mImpl->byId[id] = entry.get();
-    const std::size_t position = std::min(detached.position, mImpl->entries.size());
-    mImpl->entries.insert(mImpl->entries.begin() + static_cast<std::ptrdiff_t>(position),
-                          std::move(entry));
+    Node* node = mImpl->graph.Insert(std::move(detached.node), id, detached.position);
+    node->SetHost(this);
     for (const Link& link : detached.links) {
-        if (mImpl->find(link.from) == nullptr || mImpl->find(link.to) == nullptr)
+        if (mImpl->graph.Find(link.from) == nullptr || mImpl->graph.Find(link.to) == nullptr)
             continue;
-        std::erase_if(mImpl->links, [&](const Link& other) {
-            return other.to == link.to && other.inplug == link.inplug;
-        });
-        mImpl->links.push_back(link);
-        mImpl->queueNodeEvent(link.to, NodeEvent::kInputsChanged, 0);
+        mImpl->graph.SetLink(link);
+        mImpl->events.QueueNodeEvent(link.to, NodeEvent::kInputsChanged, 0);
         MarkDirty(link.to);
     }
     MarkDirty(node);
@@ -360,142 +142,131 @@ Node* Engine::AttachNode(DetachedNode detached) {
 }
 
 void Engine::ForgetNodeHandlers(const Node* node) {
-    Scope scope(*this);
-    mImpl->forgetNode(node);
+    Scope scope(mImpl->events);
+    mImpl->events.ForgetNode(node);
 }
 
 void Engine::Clear() {
-    Scope scope(*this);
-    mImpl->links.clear();
-    while (!mImpl->entries.empty()) {
-        std::unique_ptr<Entry> entry = std::move(mImpl->entries.back());
-        mImpl->entries.pop_back();
-        mImpl->forgetNode(entry->node.get());
-        mImpl->byNode.erase(entry->node.get());
-        entry->outputs.clear();
-        entry->node->mEngine = nullptr;
-        entry->node.reset();
+    Scope scope(mImpl->events);
+    GraphStore& graph = mImpl->graph;
+    graph.ClearLinks();
+    while (!graph.GetEntries().empty()) {
+        Node* node = graph.GetEntries().back()->node.get();
+        mImpl->events.ForgetNode(node);
+        mImpl->DeleteEntry(graph.Take(node), true);
     }
-    mImpl->byId.clear();
     mImpl->sceneModels.clear();
     mImpl->history.Clear();
-    mImpl->queueEngineEvent(kSceneReplaced, 0);
+    mImpl->events.QueueEngineEvent(kSceneReplaced, 0);
 }
 
 Node* Engine::FindNode(const std::string& id) const {
-    Scope scope(*this);
-    const auto it = mImpl->byId.find(id);
-    return it != mImpl->byId.end() ? it->second->node.get() : nullptr;
+    Scope scope(mImpl->events);
+    const GraphStore::Entry* entry = mImpl->graph.Find(id);
+    return entry != nullptr ? entry->node.get() : nullptr;
 }
 
 std::string Engine::GetNodeId(const Node* node) const {
-    Scope scope(*this);
-    const Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
+    const GraphStore::Entry* entry = mImpl->graph.Find(node);
     return entry != nullptr ? entry->id : std::string();
 }
 
 std::vector<Node*> Engine::GetNodes() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     std::vector<Node*> nodes;
-    for (const auto& entry : mImpl->entries)
+    for (const auto& entry : mImpl->graph.GetEntries())
         nodes.push_back(entry->node.get());
     return nodes;
 }
 
 bool Engine::Connect(Node* from, unsigned outplug, Node* to, unsigned inplug, std::string* error) {
-    Scope scope(*this);
-    auto fail = [error](const std::string& message) {
-        if (error != nullptr)
-            *error = message;
-        return false;
-    };
-    const Entry* fromEntry = mImpl->find(from);
-    const Entry* toEntry = mImpl->find(to);
+    Scope scope(mImpl->events);
+    const GraphStore& graph = mImpl->graph;
+    const GraphStore::Entry* fromEntry = graph.Find(from);
+    const GraphStore::Entry* toEntry = graph.Find(to);
     if (fromEntry == nullptr || toEntry == nullptr)
-        return fail("cannot link nodes that are not in this engine");
+        return Fail(error, "cannot link nodes that are not in this engine", false);
     if (outplug >= from->GetOutplugs().size())
-        return fail("node '" + fromEntry->id + "' (" + from->GetTypeName() + ") has no outplug " +
-                    std::to_string(outplug));
+        return Fail(error,
+                    "node '" + fromEntry->id + "' (" + from->GetTypeName() + ") has no outplug " +
+                        std::to_string(outplug),
+                    false);
     if (inplug >= to->GetInplugs().size())
-        return fail("node '" + toEntry->id + "' (" + to->GetTypeName() + ") has no inplug " +
-                    std::to_string(inplug));
-    const std::string fromName = mImpl->plugName(from, true, outplug);
-    const std::string toName = mImpl->plugName(to, false, inplug);
+        return Fail(error,
+                    "node '" + toEntry->id + "' (" + to->GetTypeName() + ") has no inplug " +
+                        std::to_string(inplug),
+                    false);
+    const std::string fromName = graph.PlugName(from, true, outplug);
+    const std::string toName = graph.PlugName(to, false, inplug);
+    const std::string what = "cannot link " + fromName + " to " + toName + ": ";
     const unsigned fromType = from->GetOutplugs()[outplug].plugType;
     const unsigned toType = to->GetInplugs()[inplug].plugType;
     if (fromType != toType)
-        return fail("cannot link " + fromName + " to " + toName + ": " + fromName + " gives " +
-                    NodeValue::GetTypeName(fromType) + " values (type " + std::to_string(fromType) +
-                    ") but " + toName + " takes " + NodeValue::GetTypeName(toType) +
-                    " values (type " + std::to_string(toType) + ")");
+        return Fail(error,
+                    what + fromName + " gives " + NodeValue::GetTypeName(fromType) +
+                        " values (type " + std::to_string(fromType) + ") but " + toName +
+                        " takes " + NodeValue::GetTypeName(toType) + " values (type " +
+                        std::to_string(toType) + ")",
+                    false);
     if (from == to)
-        return fail("cannot link " + fromName + " to " + toName + ": a node cannot feed itself");
-    const std::vector<std::string> path = mImpl->pathDown(to, from);
-    if (!path.empty()) {
+        return Fail(error, what + "a node cannot feed itself", false);
+    if (const std::vector<std::string> path = graph.PathDown(to, from); !path.empty()) {
         std::string cycle;
         for (const std::string& id : path)
             cycle += id + " -> ";
-        return fail("cannot link " + fromName + " to " + toName + ": it would make a cycle (" +
-                    cycle + toEntry->id + ")");
+        return Fail(error, what + "it would make a cycle (" + cycle + toEntry->id + ")", false);
     }
 
-    const Link* existing = FindLinkTo(to, inplug);
+    const Link* existing = graph.FindLinkTo(to, inplug);
     if (existing != nullptr && existing->from == from && existing->outplug == outplug)
         return true;
     mImpl->history.Put(std::make_unique<LinkStateContainer>(this, to, inplug),
                        "Link " + fromName + " to " + toName);
-    std::erase_if(mImpl->links,
-                  [&](const Link& link) { return link.to == to && link.inplug == inplug; });
-    mImpl->links.push_back({from, outplug, to, inplug});
-    mImpl->queueNodeEvent(to, NodeEvent::kInputsChanged, 0);
+    mImpl->graph.SetLink({from, outplug, to, inplug});
+    mImpl->events.QueueNodeEvent(to, NodeEvent::kInputsChanged, 0);
     MarkDirty(to);
     return true;
 }
 
 void Engine::Disconnect(Node* to, unsigned inplug) {
-    Scope scope(*this);
-    if (FindLinkTo(to, inplug) == nullptr)
+    Scope scope(mImpl->events);
+    if (mImpl->graph.FindLinkTo(to, inplug) == nullptr)
         return;
     mImpl->history.Put(std::make_unique<LinkStateContainer>(this, to, inplug),
-                       "Unlink " + mImpl->plugName(to, false, inplug));
-    std::erase_if(mImpl->links,
-                  [&](const Link& link) { return link.to == to && link.inplug == inplug; });
-    mImpl->queueNodeEvent(to, NodeEvent::kInputsChanged, 0);
+                       "Unlink " + mImpl->graph.PlugName(to, false, inplug));
+    mImpl->graph.RemoveLinkTo(to, inplug);
+    mImpl->events.QueueNodeEvent(to, NodeEvent::kInputsChanged, 0);
     MarkDirty(to);
 }
 
 std::vector<Engine::Link> Engine::GetLinks() const {
-    Scope scope(*this);
-    return mImpl->links;
+    Scope scope(mImpl->events);
+    return mImpl->graph.GetLinks();
 }
 
 const Engine::Link* Engine::FindLinkTo(const Node* to, unsigned inplug) const {
-    Scope scope(*this);
-    for (const Link& link : mImpl->links)
-        if (link.to == to && link.inplug == inplug)
-            return &link;
-    return nullptr;
+    Scope scope(mImpl->events);
+    return mImpl->graph.FindLinkTo(to, inplug);
 }
 
 bool Engine::SetAttributeValue(Node* node, unsigned attributeId, const NodeValue& value,
                                std::string* error) {
-    Scope scope(*this);
-    auto fail = [error](const std::string& message) {
-        if (error != nullptr)
-            *error = message;
-        return false;
-    };
-    const Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
+    const GraphStore::Entry* entry = mImpl->graph.Find(node);
     if (entry == nullptr)
-        return fail("cannot set an attribute of a node that is not in this engine");
+        return Fail(error, "cannot set an attribute of a node that is not in this engine", false);
     Attribute* attribute = node->GetAttribute(attributeId);
     if (attribute == nullptr)
-        return fail("node '" + entry->id + "' (" + node->GetTypeName() +
-                    ") has no attribute with id " + std::to_string(attributeId));
-    const std::string problem = attribute->Validate(value);
-    if (!problem.empty())
-        return fail("attribute '" + attribute->GetName() + "' of node '" + entry->id + "' " +
-                    problem);
+        return Fail(error,
+                    "node '" + entry->id + "' (" + node->GetTypeName() +
+                        ") has no attribute with id " + std::to_string(attributeId),
+                    false);
+    if (const std::string problem = attribute->Validate(value); !problem.empty())
+        return Fail(
+            error,
+            "attribute '" + attribute->GetName() + "' of node '" + entry->id + "' " + problem,
+            false);
     const NodeValue normalized = attribute->Normalize(value);
     if (normalized == attribute->GetValue())
         return true;
@@ -503,176 +274,123 @@ bool Engine::SetAttributeValue(Node* node, unsigned attributeId, const NodeValue
     mImpl->history.Put(std::make_unique<AttributeStateContainer>(node, attributeId),
                        "Set " + attribute->GetName());
     attribute->SetValue(normalized);
-    mImpl->queueNodeEvent(node, NodeEvent::kInputsChanged, 0);
+    mImpl->events.QueueNodeEvent(node, NodeEvent::kInputsChanged, 0);
     MarkDirty(node);
     return true;
 }
 
 void Engine::MarkDirty(Node* node) {
-    Scope scope(*this);
-    Entry* entry = mImpl->find(node);
-    if (entry == nullptr)
-        return;
-    for (Entry* affected : mImpl->downstreamOf(entry)) {
-        affected->dirty = true;
-        mImpl->queueNodeEvent(affected->node.get(), NodeEvent::kOutputChanged, 0);
-    }
+    Dirty(node, true);
 }
 
 void Engine::MarkOutputChanged(Node* node) {
-    Scope scope(*this);
-    Entry* entry = mImpl->find(node);
+    // The node is being told already.
+    Dirty(node, false);
+}
+
+void Engine::Dirty(Node* node, bool tellNode) {
+    Scope scope(mImpl->events);
+    GraphStore::Entry* entry = mImpl->graph.Find(node);
     if (entry == nullptr)
         return;
-    for (Entry* affected : mImpl->downstreamOf(entry)) {
+    for (GraphStore::Entry* affected : mImpl->graph.Downstream(entry)) {
         affected->dirty = true;
-        if (affected != entry)
-            mImpl->queueNodeEvent(affected->node.get(), NodeEvent::kOutputChanged, 0);
+        if (tellNode || affected != entry)
+            mImpl->events.QueueNodeEvent(affected->node.get(), NodeEvent::kOutputChanged, 0);
     }
 }
 
 bool Engine::IsDirty(const Node* node) const {
-    Scope scope(*this);
-    const Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
+    const GraphStore::Entry* entry = mImpl->graph.Find(node);
     return entry != nullptr && entry->dirty;
 }
 
 bool Engine::EvaluateNode(Node* node) {
-    Scope scope(*this);
-    Entry* target = mImpl->find(node);
-    if (target == nullptr)
-        return false;
-    if (!target->dirty)
-        return node->GetState() != Node::kStateError;
-
-    for (Entry* entry : mImpl->dirtyUpstreamOrder(target)) {
-        Node* current = entry->node.get();
-        const std::vector<Node::Inplug>& inplugs = current->GetInplugs();
-        std::vector<NodeValue> values(inplugs.size());
-        for (const Link& link : mImpl->links) {
-            if (link.to != current)
-                continue;
-            const Entry* upstream = mImpl->find(link.from);
-            if (link.outplug < upstream->outputs.size())
-                values[link.inplug] = upstream->outputs[link.outplug];
-        }
-        for (const Node::Inplug& inplug : inplugs)
-            if (inplug.attributeId >= 0 && FindLinkTo(current, inplug.id) == nullptr)
-                values[inplug.id] =
-                    current->GetAttribute(static_cast<unsigned>(inplug.attributeId))->GetValue();
-        std::vector<NodeValue*> pointers;
-        for (NodeValue& value : values)
-            pointers.push_back(&value);
-
-        // Clean before the call: a node that reports its output changed while it evaluates
-        // stays dirty and is evaluated again next time.
-        entry->dirty = false;
-        current->ClearState();
-        if (mImpl->observer)
-            mImpl->observer(current, false);
-        ++mImpl->evaluationCount;
-        std::vector<NodeValue> outputs(current->GetOutplugs().size());
-        // The host must survive any plug-in: whatever escapes becomes the node's error.
-        try {
-            current->Evaluate(0, pointers.data());
-            for (std::size_t i = 0; i < outputs.size(); ++i) {
-                const unsigned type = current->GetOutplugs()[i].plugType;
-                const unsigned index = static_cast<unsigned>(i);
-                if (type == Node::kTexturePlug)
-                    outputs[i] = NodeValue::AdoptTexture(current->GetOutputTexture(index));
-                else if (type == Node::kImagePlug)
-                    outputs[i] = NodeValue::FromImage(current->GetOutputImage(index));
-            }
-        } catch (const std::exception& e) {
-            const std::string message = e.what();
-            current->SetState(0, Node::kStateError, message.empty() ? "unknown error" : message);
-            outputs.assign(outputs.size(), NodeValue());
-        } catch (...) {
-            current->SetState(0, Node::kStateError, "unknown error");
-            outputs.assign(outputs.size(), NodeValue());
-        }
-        entry->outputs = std::move(outputs);
-        if (mImpl->observer)
-            mImpl->observer(current, true);
-    }
-    return node->GetState() != Node::kStateError;
+    Scope scope(mImpl->events);
+    GraphStore::Entry* entry = mImpl->graph.Find(node);
+    return entry != nullptr && mImpl->evaluator.Evaluate(*entry);
 }
 
 void Engine::EvaluateAll() {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     for (Node* node : GetNodes())
         EvaluateNode(node);
 }
 
 NodeValue Engine::GetOutputValue(const Node* node, unsigned outplug) const {
-    Scope scope(*this);
-    const Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
+    const GraphStore::Entry* entry = mImpl->graph.Find(node);
     if (entry == nullptr || outplug >= entry->outputs.size())
         return NodeValue();
     return entry->outputs[outplug];
 }
 
+NodeValue Engine::EvaluateOutput(Node* node, unsigned outplug) {
+    Scope scope(mImpl->events);
+    EvaluateNode(node);
+    return GetOutputValue(node, outplug);
+}
+
 void Engine::SetEvaluationObserver(std::function<void(Node* node, bool finished)> observer) {
-    Scope scope(*this);
-    mImpl->observer = std::move(observer);
+    Scope scope(mImpl->events);
+    mImpl->evaluator.SetObserver(std::move(observer));
 }
 
 unsigned long long Engine::GetEvaluationCount() const {
-    Scope scope(*this);
-    return mImpl->evaluationCount;
+    Scope scope(mImpl->events);
+    return mImpl->evaluator.GetCount();
 }
 
 void Engine::ReleaseOutputs(Node* node) {
-    Scope scope(*this);
-    Entry* entry = mImpl->find(node);
+    Scope scope(mImpl->events);
+    GraphStore::Entry* entry = mImpl->graph.Find(node);
     if (entry == nullptr)
         return;
     entry->outputs.assign(entry->outputs.size(), NodeValue());
     // Type and code both 11: nodes look at either to recognise the release request.
-    mImpl->queueNodeEvent(node, NodeEvent::kReleaseOutputs, NodeEvent::kReleaseOutputs);
+    mImpl->events.QueueNodeEvent(node, NodeEvent::kReleaseOutputs, NodeEvent::kReleaseOutputs);
     MarkDirty(node);
 }
 
 void Engine::RegisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler) {
-    Scope scope(*this);
-    // One handler per object: registering again replaces the earlier one.
-    std::erase(mImpl->handlers, handler);
-    mImpl->handlers.push_back(handler);
+    Scope scope(mImpl->events);
+    mImpl->events.Register(handler);
 }
 
 void Engine::UnregisterDelegateEventHandler(const Delegate2<unsigned int, unsigned int>& handler) {
-    Scope scope(*this);
-    std::erase(mImpl->handlers, handler);
+    Scope scope(mImpl->events);
+    mImpl->events.Unregister(handler);
 }
 
 void Engine::SendEvent(unsigned int code, unsigned int parameter) {
-    Scope scope(*this);
-    mImpl->queueEngineEvent(code, parameter);
+    Scope scope(mImpl->events);
+    mImpl->events.QueueEngineEvent(code, parameter);
 }
 
 void Engine::SendNodeEvent(Node* node, int type, int code) {
-    Scope scope(*this);
-    if (mImpl->find(node) != nullptr)
-        mImpl->queueNodeEvent(node, type, code);
+    Scope scope(mImpl->events);
+    if (mImpl->graph.Find(node) != nullptr)
+        mImpl->events.QueueNodeEvent(node, type, code);
 }
 
 const std::vector<std::string>& Engine::GetSceneModels() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->sceneModels;
 }
 
 void Engine::SetSceneModels(std::vector<std::string> models) {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     if (models == mImpl->sceneModels)
         return;
     mImpl->sceneModels = std::move(models);
-    mImpl->queueEngineEvent(kSceneModelsChanged, 0);
+    mImpl->events.QueueEngineEvent(kSceneModelsChanged, 0);
 }
 
 void Engine::StateRecorderBegin(Engine* engine, const void* owner, const std::string& label) {
     if (engine == nullptr)
         return;
-    Scope scope(*engine);
+    Scope scope(engine->mImpl->events);
     engine->mImpl->history.Begin(owner, label);
 }
 
@@ -680,52 +398,52 @@ void Engine::StateRecorderPut(Engine* engine, StateContainer* container) {
     std::unique_ptr<StateContainer> owned(container);
     if (engine == nullptr)
         return;
-    Scope scope(*engine);
+    Scope scope(engine->mImpl->events);
     engine->mImpl->history.Put(std::move(owned), "Change");
 }
 
 void Engine::StateRecorderAccept(Engine* engine, const void* owner, const std::string& label) {
     if (engine == nullptr)
         return;
-    Scope scope(*engine);
+    Scope scope(engine->mImpl->events);
     engine->mImpl->history.Accept(owner, label);
 }
 
 bool Engine::CanUndo() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.CanUndo();
 }
 
 bool Engine::CanRedo() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.CanRedo();
 }
 
 std::string Engine::GetUndoLabel() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.GetUndoLabel();
 }
 
 std::string Engine::GetRedoLabel() const {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.GetRedoLabel();
 }
 
 bool Engine::Undo() {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.Undo();
 }
 
 bool Engine::Redo() {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     return mImpl->history.Redo();
 }
 
 void Engine::ClearUndoHistory() {
-    Scope scope(*this);
+    Scope scope(mImpl->events);
     mImpl->history.Clear();
 }
 
 std::recursive_mutex& Engine::GetMutex() const {
-    return mImpl->mutex;
+    return mImpl->events.GetMutex();
 }

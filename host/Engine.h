@@ -6,12 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "host/GraphStore.h"
 #include "host/HostTypes.h"
 #include "host/Node.h"
+#include "host/NodeHost.h"
 #include "host/RenderOptions.h"
 #include "host/StateContainer.h"
 
-/// The host's node graph: nodes, links between their plugs, evaluation, events and undo.
+/// The host's node graph: nodes, links between their plugs, evaluation, events and undo. It is
+/// the facade over the graph store, the event queue, the evaluator and the undo history, and
+/// the NodeHost its nodes call back into.
 ///
 /// Evaluation is pull-based with dirty propagation. A node is dirty after it is added, when
 /// one of its attributes changes, when a link into it changes, and whenever a node upstream
@@ -25,7 +29,7 @@
 /// free function Evaluate) while the user edits on the GUI thread. Node and engine events that
 /// an operation causes are delivered on the calling thread once its outermost engine operation
 /// has released the lock, so a listener may wait for another thread that needs the engine.
-class Engine {
+class Engine : public NodeHost {
 public:
     /// Engine-wide event codes sent to delegate handlers (see docs/host.md).
     enum EventCode : unsigned {
@@ -35,15 +39,10 @@ public:
         kSceneViewChanged = 14,
     };
 
-    struct Link {
-        Node* from = nullptr;
-        unsigned outplug = 0;
-        Node* to = nullptr;
-        unsigned inplug = 0;
-    };
+    using Link = GraphLink;
 
     Engine();
-    ~Engine();
+    virtual ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
@@ -93,7 +92,7 @@ public:
     // Evaluation.
     /// Marks `node` and everything downstream of it for re-evaluation and sends each of them
     /// node event 5 (output changed).
-    void MarkDirty(Node* node);
+    void MarkDirty(Node* node) override;
     bool IsDirty(const Node* node) const;
     /// Evaluates the node's dirty upstream nodes and then the node itself if dirty.
     /// Returns false when the node ended in the error state.
@@ -118,7 +117,7 @@ public:
     void SendEvent(unsigned int code, unsigned int parameter = 0);
     /// Sends a node event to `node` (OnProcessEvent, then its listeners) when this thread
     /// leaves the engine, at once when it is in no engine operation.
-    void SendNodeEvent(Node* node, int type, int code);
+    void SendNodeEvent(Node* node, int type, int code) override;
 
     // Scene.
     /// The model files of the document's scene (absolute paths), in document order.
@@ -147,17 +146,15 @@ public:
     void ClearUndoHistory();
 
     // Render options (an SDK extension: see host/RenderOptions.h).
-    const RenderOptions& GetRenderOptions() const { return mRenderOptions; }
+    const RenderOptions& GetRenderOptions() const override { return mRenderOptions; }
     void SetRenderOptions(const RenderOptions& options) { mRenderOptions = options; }
 
     /// The engine's lock; held during every operation above.
-    std::recursive_mutex& GetMutex() const;
+    std::recursive_mutex& GetMutex() const override;
 
 private:
-    friend class Node;
     friend class NodeStateContainer;
     struct Impl;
-    class Scope;
 
     /// A node taken out of the engine with what it needs to come back.
     struct DetachedNode {
@@ -173,9 +170,12 @@ private:
     /// Drops the engine event handlers `node` registered (it is about to be deleted).
     void ForgetNodeHandlers(const Node* node);
 
-    /// A node reported its own output changed: mark it and everything downstream dirty, and
-    /// send event 5 to the downstream nodes only (the node is being told already).
-    void MarkOutputChanged(Node* node);
+    // NodeHost: what nodes call back into.
+    Engine* GetEngine() override { return this; }
+    void MarkOutputChanged(Node* node) override;
+    NodeValue EvaluateOutput(Node* node, unsigned outplug) override;
+
+    void Dirty(Node* node, bool tellNode);
 
     std::unique_ptr<Impl> mImpl;
     RenderOptions mRenderOptions;

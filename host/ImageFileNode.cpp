@@ -29,7 +29,7 @@ private:
 }  // namespace
 
 ImageFileNode::ImageFileNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(this, 0, "file", ""));
+    mAttributes.push_back(std::make_unique<Attribute>(this, 0, "file", FilePath{}));
     mOutputs.push_back({0, kImagePlug, "image", 0});
     UpdateInplugsAndOutplugs();
 }

@@ -6,9 +6,9 @@
 
 class NodeInterface;
 
-/// Host node "Image File": attribute 0 "file" (text, an absolute path once a document is
-/// loaded); output 0 "image" (type 8), the picture read from that file as four float
-/// channels. A file that cannot be read puts the node in the error state (3).
+/// Host node "Image File": attribute 0 "file" (a file attribute); output 0 "image" (type 8), the
+/// picture read from that file as four float channels. A file that cannot be read puts the node in
+/// the error state (3).
 class ImageFileNode : public Node {
 public:
     ImageFileNode();

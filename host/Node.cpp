@@ -5,16 +5,14 @@
 #include <optional>
 #include <stdexcept>
 
-#include "host/Engine.h"
-
 namespace {
 
 // Listener lists are shared with the thread that delivers events; a node in an engine guards
 // them with the engine's lock, a node outside one is used by one thread only.
 std::optional<std::unique_lock<std::recursive_mutex>> lockEngineOf(const Node& node) {
-    if (node.GetEngine() == nullptr)
+    if (node.GetHost() == nullptr)
         return std::nullopt;
-    return std::unique_lock<std::recursive_mutex>(node.GetEngine()->GetMutex());
+    return std::unique_lock<std::recursive_mutex>(node.GetHost()->GetMutex());
 }
 
 }  // namespace
@@ -179,18 +177,18 @@ void Node::ClearState() {
 }
 
 void Node::SetEvaluationEnabled(bool enabled) {
-    if (mEngine == nullptr) {
+    if (mHost == nullptr) {
         mEvaluationEnabled = enabled;
         return;
     }
     {
-        std::lock_guard lock(mEngine->GetMutex());
+        std::lock_guard lock(mHost->GetMutex());
         if (mEvaluationEnabled == enabled)
             return;
         mEvaluationEnabled = enabled;
     }
     // Outside the lock, so that the output-changed events go out once the engine is free.
-    mEngine->MarkDirty(this);
+    mHost->MarkDirty(this);
 }
 
 void Node::AddNodeListener(NodeListener* listener) {
@@ -207,8 +205,8 @@ void Node::RemoveNodeListener(NodeListener* listener) {
 }
 
 void Node::ProcessEvent(int type, int code) {
-    if (type == NodeEvent::kOutputChanged && mEngine != nullptr)
-        mEngine->MarkOutputChanged(this);
+    if (type == NodeEvent::kOutputChanged && mHost != nullptr)
+        mHost->MarkOutputChanged(this);
     DeliverEvent(NodeEvent{type, code});
 }
 
@@ -237,10 +235,7 @@ void Node::ReleaseValue(Value* value) {
 }
 
 Node::Value* Evaluate(Node* node, unsigned outplug) {
-    if (node == nullptr || node->GetEngine() == nullptr)
+    if (node == nullptr || node->GetHost() == nullptr)
         return new Node::Value();
-    Engine* engine = node->GetEngine();
-    std::lock_guard lock(engine->GetMutex());
-    engine->EvaluateNode(node);
-    return new Node::Value(engine->GetOutputValue(node, outplug));
+    return new Node::Value(node->GetHost()->EvaluateOutput(node, outplug));
 }

@@ -7,6 +7,7 @@
 #include "host/Attribute.h"
 #include "host/HostTypes.h"
 #include "host/NodeEvent.h"
+#include "host/NodeHost.h"
 #include "host/NodeValue.h"
 #include "host/TextureHandle.h"
 
@@ -127,7 +128,9 @@ public:
     static void ReleaseValue(Value* value);
 
     /// The engine this node belongs to (null before it is added to one).
-    Engine* GetEngine() const { return mEngine; }
+    Engine* GetEngine() const { return mHost != nullptr ? mHost->GetEngine() : nullptr; }
+    /// The same engine seen through the little a node needs of it.
+    NodeHost* GetHost() const { return mHost; }
 
 protected:
     std::vector<std::unique_ptr<Attribute>> mAttributes;
@@ -136,7 +139,10 @@ protected:
 
 private:
     friend class Engine;
+    friend class EventQueue;
 
+    /// Set by the engine that takes the node in, cleared when it lets the node go.
+    void SetHost(NodeHost* host) { mHost = host; }
     /// OnProcessEvent, then the listeners; no re-evaluation marking (the engine's own path).
     void DeliverEvent(const NodeEvent& event);
 
@@ -146,7 +152,7 @@ private:
     int mState = kStateOk;
     std::string mStateMessage;
     bool mEvaluationEnabled = true;
-    Engine* mEngine = nullptr;
+    NodeHost* mHost = nullptr;
 };
 
 /// Evaluates `node` (and whatever upstream needs it) and returns a copy of the value on its

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <exception>
 #include <mutex>
 #include <stdexcept>
@@ -22,18 +21,8 @@ namespace {
 // image well inside the range where edge functions stay exact.
 constexpr int kMaxSamples = 256;
 
-int defaultThreadCount() {
-    static const int count = [] {
-        if (const char* text = std::getenv("TEXTURE_THREADS")) {
-            char* end = nullptr;
-            const long value = std::strtol(text, &end, 10);
-            if (end != text && *end == '\0' && value > 0 && value <= 4096) {
-                return static_cast<int>(value);
-            }
-        }
-        return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
-    }();
-    return count;
+int hardwareThreadCount() {
+    return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }
 
 std::string quoted(const std::string& text) {
@@ -173,7 +162,7 @@ std::size_t RenderUvScene::GetTriangleCount() const {
 }
 
 int RenderUvScene::ResolveThreadCount(int rows) const {
-    const int wanted = mThreadCount > 0 ? mThreadCount : defaultThreadCount();
+    const int wanted = mThreadCount > 0 ? mThreadCount : hardwareThreadCount();
     return std::max(1, std::min(wanted, rows));
 }
 

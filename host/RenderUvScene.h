@@ -33,9 +33,8 @@ public:
     /// Triangles of the chosen sub-meshes, as drawn (a mesh placed twice counts twice).
     std::size_t GetTriangleCount() const;
 
-    /// Worker threads for Render; 0 (the default) means the environment variable
-    /// TEXTURE_THREADS when it holds a positive integer, otherwise the machine's hardware
-    /// threads. The image does not depend on this number.
+    /// Worker threads for Render, as the host's RenderOptions give them; 0 (the default) means
+    /// one per hardware thread. The image does not depend on this number.
     void SetThreadCount(int count) { mThreadCount = count; }
 
     /// Renders into `image` (colour mode 0, the scene's size): clears it to (0, 0, 0, 0), shades

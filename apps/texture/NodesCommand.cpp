@@ -5,22 +5,21 @@
 #include <nlohmann/json.hpp>
 
 #include "host/Attribute.h"
-#include "host/Document.h"
 #include "host/Node.h"
 #include "host/NodeFactory.h"
 #include "host/NodeInterface.h"
 #include "host/PluginLoader.h"
+#include "host/ValueCodec.h"
 
 using nlohmann::json;
 
 namespace {
 
 json DescribeAttribute(const Attribute& attribute) {
-    json entry = {
-        {"id", attribute.GetId()},
-        {"name", attribute.GetName()},
-        {"kind", attribute.GetKindName()},
-        {"default", json::parse(Document::EncodeValue(attribute, attribute.GetDefault()))}};
+    json entry = {{"id", attribute.GetId()},
+                  {"name", attribute.GetName()},
+                  {"kind", attribute.GetKindName()},
+                  {"default", ValueCodec::Encode(attribute, attribute.GetDefault())}};
     const Attribute::Kind kind = attribute.GetKind();
     if (kind == Attribute::kNumber || kind == Attribute::kPoint || kind == Attribute::kFrame) {
         entry["min"] = attribute.GetMinimum();

@@ -95,7 +95,8 @@ QAttributeRow::QAttributeRow(QNodeAttributesWidget* page, const Attribute& attri
         case Attribute::kMesh:
             BuildMesh();
             break;
-        case Attribute::kText: {
+        case Attribute::kText:
+        case Attribute::kFile: {
             auto* line = new QLineEdit(this);
             connect(line, &QLineEdit::editingFinished, this, [this, line] {
                 if (line->text().toStdString() != mAttribute.GetValue().GetText())
@@ -292,7 +293,8 @@ void QAttributeRow::Refresh(bool linked) {
                 field->blockSignals(false);
             break;
         }
-        case Attribute::kText: {
+        case Attribute::kText:
+        case Attribute::kFile: {
             auto* line = static_cast<QLineEdit*>(mEditor);
             const QSignalBlocker block(line);
             line->setText(QString::fromStdString(value.GetText()));

@@ -10,7 +10,7 @@
 #include "tests/host/CliTestSupport.h"
 
 using clitest::RunTexture;
-using clitest::ScratchFolder;
+using hosttest::TempFolder;
 
 namespace {
 
@@ -25,7 +25,7 @@ const char* kFillInvert = R"({"format": "texture-graph", "version": 1,
   "display": "inv"})";
 
 TEST(CommandLineTest, HelpExitsZeroWithExamples) {
-    ScratchFolder scratch;
+    TempFolder scratch;
     const auto result = RunTexture("--help", scratch);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_NE(result.out.find("Examples"), std::string::npos) << result.out;
@@ -35,7 +35,7 @@ TEST(CommandLineTest, HelpExitsZeroWithExamples) {
 }
 
 TEST(CommandLineTest, NodesJsonListsTheCatalogue) {
-    ScratchFolder scratch;
+    TempFolder scratch;
     const auto result = RunTexture(kPluginArgument + "nodes --json", scratch);
     ASSERT_EQ(result.exitCode, 0) << result.err;
     const nlohmann::json list = nlohmann::json::parse(result.out);
@@ -63,8 +63,8 @@ TEST(CommandLineTest, NodesJsonListsTheCatalogue) {
 }
 
 TEST(CommandLineTest, RenderWritesTheDisplayNodesImage) {
-    ScratchFolder scratch;
-    clitest::WriteText(scratch / "g.texture.json", kFillInvert);
+    TempFolder scratch;
+    hosttest::WriteText(scratch / "g.texture.json", kFillInvert);
     const auto result = RunTexture(kPluginArgument + "render '" + (scratch / "g.texture.json") +
                                        "' -o '" + (scratch / "out.png") + "' --threads 1",
                                    scratch);
@@ -92,8 +92,8 @@ TEST(CommandLineTest, RenderWritesTheDisplayNodesImage) {
 }
 
 TEST(CommandLineTest, NodeErrorExitsOneWithoutWritingTheImage) {
-    ScratchFolder scratch;
-    clitest::WriteText(scratch / "e.texture.json", R"({"format": "texture-graph", "version": 1,
+    TempFolder scratch;
+    hosttest::WriteText(scratch / "e.texture.json", R"({"format": "texture-graph", "version": 1,
       "nodes": [{"id": "inv", "type": "Test Invert"}], "display": "inv"})");
     const auto result = RunTexture(kPluginArgument + "render '" + (scratch / "e.texture.json") +
                                        "' -o '" + (scratch / "out.png") + "'",
@@ -105,13 +105,13 @@ TEST(CommandLineTest, NodeErrorExitsOneWithoutWritingTheImage) {
 }
 
 TEST(CommandLineTest, CheckRejectsABadDocumentWithExitTwo) {
-    ScratchFolder scratch;
-    clitest::WriteText(scratch / "good.texture.json", kFillInvert);
+    TempFolder scratch;
+    hosttest::WriteText(scratch / "good.texture.json", kFillInvert);
     EXPECT_EQ(
         RunTexture(kPluginArgument + "check '" + (scratch / "good.texture.json") + "'", scratch)
             .exitCode,
         0);
-    clitest::WriteText(scratch / "bad.texture.json", R"({"format": "texture-graph", "version": 1,
+    hosttest::WriteText(scratch / "bad.texture.json", R"({"format": "texture-graph", "version": 1,
       "nodes": [{"id": "f", "type": "Test Fill", "attributes": {"size": 0}}]})");
     const auto result =
         RunTexture(kPluginArgument + "check '" + (scratch / "bad.texture.json") + "'", scratch);
@@ -122,14 +122,14 @@ TEST(CommandLineTest, CheckRejectsABadDocumentWithExitTwo) {
 }
 
 TEST(CommandLineTest, MissingPluginIsABadUsageNamingTexturePlugin) {
-    ScratchFolder scratch;
+    TempFolder scratch;
     const auto result = RunTexture("--plugin /nonexistent/libTexture.so nodes", scratch);
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_NE(result.err.find("TEXTURE_PLUGIN"), std::string::npos) << result.err;
 }
 
 TEST(CommandLineTest, SelfCheckCountsOnlyTypesWithACheckAndFailsOnAFailingOne) {
-    ScratchFolder scratch;
+    TempFolder scratch;
     const auto passing = RunTexture(kPluginArgument + "selfcheck", scratch);
     EXPECT_EQ(passing.exitCode, 0) << passing.err;
     EXPECT_NE(passing.out.find("pass  Test Fill"), std::string::npos) << passing.out;

@@ -14,8 +14,8 @@
 #include "host/PluginLoader.h"
 #include "tests/host/CliTestSupport.h"
 
-using clitest::ScratchFolder;
-using clitest::WriteText;
+using hosttest::TempFolder;
+using hosttest::WriteText;
 
 namespace {
 
@@ -43,7 +43,7 @@ protected:
     PluginLoader loader;
     Engine engine;
     Engine other;
-    ScratchFolder scratch;
+    TempFolder scratch;
 };
 
 const char* kGoodDocument = R"({
@@ -99,7 +99,7 @@ TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
     EXPECT_EQ(file, scratch / "pictures/p.png");
 
     ASSERT_TRUE(document.Save(scratch / "b.texture.json", engine, &error)) << error;
-    const std::string saved = clitest::ReadText(scratch / "b.texture.json");
+    const std::string saved = hosttest::ReadText(scratch / "b.texture.json");
     EXPECT_NE(saved.find("\"pictures/p.png\""), std::string::npos) << saved;
 
     Document reloaded;
@@ -234,10 +234,14 @@ TEST_F(DocumentTest, MalformedJsonMissingModelAndWrongFormatAreNamed) {
     EXPECT_NE(error.find("absent.texture.json: cannot open"), std::string::npos) << error;
 }
 
-TEST_F(DocumentTest, FailedSaveKeepsTheOldFileAndLeavesNoTemporaryFile) {
+TEST_F(DocumentTest, SaveReplacesTheFileWholeAndAFailedSaveKeepsIt) {
     const std::string path = scratch / "keep.texture.json";
+    const std::string link = scratch / "keep.link";
     const std::string original = "{\"old\": true}\n";
     WriteText(path, original);
+    // A second name for the old file's bytes: a save that rewrote the file in place would
+    // change them, one that writes a new file and renames it over the target does not.
+    std::filesystem::create_hard_link(path, link);
     std::unique_ptr<Node> node = loader.CreateNode("Image File", nullptr);
     Node* photo = engine.AddNode(std::move(node), "photo");
     // Text that is not UTF-8 cannot be written as JSON: the save must fail.
@@ -246,16 +250,17 @@ TEST_F(DocumentTest, FailedSaveKeepsTheOldFileAndLeavesNoTemporaryFile) {
     std::string error;
     EXPECT_FALSE(document.Save(path, engine, &error));
     EXPECT_NE(error.find(path + ": cannot save"), std::string::npos) << error;
-    EXPECT_EQ(clitest::ReadText(path), original);
+    EXPECT_EQ(hosttest::ReadText(path), original);
     EXPECT_FALSE(document.Save(scratch / "no/such/folder/x.texture.json", engine, &error));
 
     photo->FindAttribute("file")->SetValue(NodeValue::Text(""));
     ASSERT_TRUE(document.Save(path, engine, &error)) << error;
-    EXPECT_NE(clitest::ReadText(path).find("Image File"), std::string::npos);
+    EXPECT_NE(hosttest::ReadText(path).find("Image File"), std::string::npos);
+    EXPECT_EQ(hosttest::ReadText(link), original);
     int files = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(scratch.Path()))
         ++files;
-    EXPECT_EQ(files, 1);
+    EXPECT_EQ(files, 2) << "a temporary file was left behind";
 }
 
 TEST(PluginLoaderTest, CatalogueFindsTypesByBothNamesAndSuggestsCloseOnes) {
@@ -293,7 +298,7 @@ TEST(PluginLoaderTest, FailureNamesThePathAndTexturePlugin) {
 }
 
 TEST(ImageFileNodeTest, ReadsThePictureAndFailsAtEvaluationWhenMissing) {
-    ScratchFolder scratch;
+    TempFolder scratch;
     Engine engine;
     Node* node = engine.AddNode(std::make_unique<ImageFileNode>(), "photo");
     ASSERT_NE(node, nullptr);

@@ -10,10 +10,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 #include "host/Image.h"
+#include "tests/host/TempFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -53,30 +53,15 @@ Image* Ramp(int width, int height) {
     return image;
 }
 
-std::string Contents(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 class ImageFileTest : public ::testing::Test {
 protected:
     // The image library's own worker pool is invisible to the thread sanitizer, which then
     // reports its hand-overs as races; its work stays on the calling thread here.
     static void SetUpTestSuite() { OIIO::attribute("threads", 1); }
 
-    void SetUp() override {
-        folder = fs::path(::testing::TempDir()) /
-                 ("host-images-" +
-                  std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-    }
-    void TearDown() override { fs::remove_all(folder); }
-    std::string In(const std::string& name) const { return (folder / name).string(); }
-    bool LeftoversIn(const fs::path& where) const {
-        for (const auto& entry : fs::directory_iterator(where))
+    std::string In(const std::string& name) const { return folder / name; }
+    bool Leftovers() const {
+        for (const auto& entry : fs::directory_iterator(folder.Path()))
             if (entry.path().filename().string().find(".tmp-") != std::string::npos)
                 return true;
         return false;
@@ -93,7 +78,7 @@ protected:
         ASSERT_TRUE(out->close());
     }
 
-    fs::path folder;
+    hosttest::TempFolder folder;
 };
 
 TEST(ImageTest, ReferencesStartAtZeroAndCountUpAndDown) {
@@ -273,7 +258,7 @@ TEST_F(ImageFileTest, AFailedWriteLeavesTheOldFileAndNoTemporary) {
     Held image(Ramp(4, 4));
     std::string error;
     ASSERT_TRUE(image->WriteFile(In("keep.png"), 8, &error)) << error;
-    const std::string before = Contents(In("keep.png"));
+    const std::string before = hosttest::ReadText(In("keep.png"));
 
     Held other(Ramp(2, 2));
     EXPECT_FALSE(other->WriteFile(In("keep.png"), 12, &error));
@@ -281,7 +266,7 @@ TEST_F(ImageFileTest, AFailedWriteLeavesTheOldFileAndNoTemporary) {
     EXPECT_NE(error.find("8 or 16"), std::string::npos) << error;
     Held empty(new Image(0, 0));
     EXPECT_FALSE(empty->WriteFile(In("keep.png"), 8, &error));
-    EXPECT_EQ(Contents(In("keep.png")), before);
+    EXPECT_EQ(hosttest::ReadText(In("keep.png")), before);
 
     EXPECT_FALSE(image->WriteFile(In("keep.xyz"), 8, &error));
     EXPECT_NE(error.find(In("keep.xyz")), std::string::npos) << error;
@@ -297,14 +282,14 @@ TEST_F(ImageFileTest, AFailedWriteLeavesTheOldFileAndNoTemporary) {
 
     EXPECT_FALSE(image->WriteFile(In("no/such/folder/out.png"), 8, &error));
     EXPECT_NE(error.find("out.png"), std::string::npos) << error;
-    EXPECT_FALSE(LeftoversIn(folder));
+    EXPECT_FALSE(Leftovers());
 
     // A successful write replaces the file as a whole.
     ASSERT_TRUE(other->WriteFile(In("keep.png"), 8, &error)) << error;
     Held replaced(Image::ReadFile(In("keep.png"), &error));
     ASSERT_NE(replaced.image, nullptr) << error;
     EXPECT_EQ(replaced->GetSizeX(), 2);
-    EXPECT_FALSE(LeftoversIn(folder));
+    EXPECT_FALSE(Leftovers());
 }
 
 TEST(ImageRgboSamplerTest, SamplesTheBottomRowNearestWithClampedEnds) {

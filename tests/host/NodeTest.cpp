@@ -120,7 +120,12 @@ TEST(AttributeTest, ChoicesKnowTheirItemsByTextAndIndex) {
     EXPECT_EQ(mode.GetValue(), NodeValue::Choice(2, "spherical"));
 
     EXPECT_THROW(Attribute(nullptr, 0, "bad", 3, "a,b"), std::logic_error);
-    EXPECT_EQ(Attribute(nullptr, 0, "file", "images/a.png").GetKind(), Attribute::kText);
+    EXPECT_EQ(Attribute(nullptr, 0, "name", "images/a.png").GetKind(), Attribute::kText);
+    // A file is text to every listing; documents alone treat it as a path.
+    const Attribute file(nullptr, 0, "file", FilePath{"images/a.png"});
+    EXPECT_EQ(file.GetKind(), Attribute::kFile);
+    EXPECT_EQ(file.GetKindName(), std::string("text"));
+    EXPECT_EQ(file.GetValue(), NodeValue::Text("images/a.png"));
     EXPECT_EQ(Attribute(nullptr, 0, "seamless", false).GetKind(), Attribute::kBool);
 }
 

@@ -1,12 +1,9 @@
 #pragma once
 
-// Helpers for the UV scene renderer tests: a temporary folder, held images, a scene set-up on
+// Helpers for the UV scene renderer tests: held images, a scene set-up on
 // the process-wide engine, and a pixel factory whose shader paints the surface point.
 
-#include <unistd.h>
 #include <atomic>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -17,36 +14,11 @@
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/RenderUVPixel.h"
+#include "tests/host/TempFolder.h"
 
 namespace uvtest {
 
-/// A fresh folder under the system's temporary folder, removed with everything in it.
-class TempFolder {
-public:
-    TempFolder() {
-        static std::atomic<int> counter{0};
-        mPath = std::filesystem::temp_directory_path() /
-                ("uv-scene-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
-        std::filesystem::remove_all(mPath);
-        std::filesystem::create_directories(mPath);
-    }
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(mPath, ignored);
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    /// Writes `content` (text or bytes) to NAME in the folder and returns its full path.
-    std::string Write(const std::string& name, const std::string& content) const {
-        const std::filesystem::path path = mPath / name;
-        std::ofstream(path, std::ios::binary) << content;
-        return path.string();
-    }
-
-private:
-    std::filesystem::path mPath;
-};
+using hosttest::TempFolder;
 
 /// A float image (count 1) that releases itself.
 class HeldImage {
