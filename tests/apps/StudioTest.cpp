@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <random>
 
 #include <QApplication>
 #include <QFileInfo>
@@ -31,6 +30,7 @@
 #include "host/widgets/Manager.h"
 #include "host/widgets/QDragSpinner.h"
 #include "host/widgets/QNodeAttributesWidget.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -62,12 +62,7 @@ class StudioTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureApplication();
-        std::random_device random;
-        folder = std::filesystem::temp_directory_path() /
-                 ("texture-studio-test-" + std::to_string(random()));
-        std::filesystem::create_directories(folder);
-        document = Path("graph.texture.json");
-        std::ofstream(document.toStdString()) << kDocument;
+        document = QString::fromStdString(folder.Write("graph.texture.json", kDocument));
         std::string error;
         ASSERT_TRUE(loader.Load(kPlugin, &error)) << error;
         window = std::make_unique<StudioWindow>(loader);
@@ -75,13 +70,9 @@ protected:
     void TearDown() override {
         window.reset();
         Engine::Get()->Clear();  // before the loader unloads the plug-in
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
     }
 
-    QString Path(const std::string& name) const {
-        return QString::fromStdString((folder / name).string());
-    }
+    QString Path(const std::string& name) const { return QString::fromStdString(folder / name); }
     QAction* MenuAction(const QString& prefix) const {
         for (QAction* menu : window->menuBar()->actions())
             for (QAction* action : menu->menu()->actions())
@@ -99,7 +90,7 @@ protected:
         return count;
     }
 
-    std::filesystem::path folder;
+    testsupport::TempFolder folder;
     QString document;
     PluginLoader loader;
     std::unique_ptr<StudioWindow> window;
@@ -313,15 +304,7 @@ class StudioProgramTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureApplication();
-        std::random_device random;
-        folder = std::filesystem::temp_directory_path() /
-                 ("texture-studio-run-" + std::to_string(random()));
-        std::filesystem::create_directories(folder);
-        std::ofstream((folder / "graph.texture.json").string()) << kDocument;
-    }
-    void TearDown() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
+        folder.Write("graph.texture.json", kDocument);
     }
 
     /// Runs texture-studio with the test plug-in, offscreen; returns its exit code.
@@ -339,11 +322,9 @@ protected:
         errors = QString::fromLocal8Bit(process.readAllStandardError());
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
     }
-    QString Path(const char* name) const {
-        return QString::fromStdString((folder / name).string());
-    }
+    QString Path(const char* name) const { return QString::fromStdString(folder / name); }
 
-    std::filesystem::path folder;
+    testsupport::TempFolder folder;
     QString errors;
 };
 
@@ -392,13 +373,13 @@ TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
         plugin = TEXTURE_BINARY_DIR "/bin/libTexture.so";
     if (!QFileInfo::exists(plugin))
         GTEST_SKIP() << "the texture plug-in is not built";
-    std::ofstream((folder / "perlin.texture.json").string()) << R"({
+    folder.Write("perlin.texture.json", R"({
       "format": "texture-graph", "version": 1,
       "nodes": [{"id": "noise", "type": "Perlin Texture"},
                 {"id": "out", "type": "Render 2D Texture",
                  "attributes": {"frame": [0, 0, 64, 64]}}],
       "links": [{"from": "noise.texture", "to": "out.texture"}],
-      "active": "noise", "display": "out"})";
+      "active": "noise", "display": "out"})");
     ASSERT_EQ(
         RunWith(plugin, {Path("perlin.texture.json"), "--screenshot", Path("p.png"), "--preview"}),
         0)
