@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/StudioWindow.h"
 #include "host/Engine.h"
 #include "host/PluginLoader.h"
@@ -172,7 +173,8 @@ int main(int argc, char** argv) {
         {
             StudioWindow window(loader);
             QString message;
-            const bool opened = documents.isEmpty() || window.OpenDocument(documents[0], &message);
+            const bool opened =
+                documents.isEmpty() || window.GetDocument()->Open(documents[0], &message);
             if (!opened) {
                 std::fprintf(stderr, "error: %s\n", qPrintable(message));
                 if (!batch)

@@ -15,8 +15,9 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QImage>
 #include <QMenuBar>
-#include <QProcess>
 
+#include "apps/texture-studio/DocumentController.h"
+#include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
 #include "apps/texture-studio/ImageConversion.h"
 #include "apps/texture-studio/ImageViewer.h"
@@ -31,11 +32,12 @@
 #include "host/widgets/QDragSpinner.h"
 #include "host/widgets/QNodeAttributesWidget.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TextureCommand.h"
 
 namespace {
 
 const std::string kPlugin = TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so";
-const QString kStudio = TEXTURE_BINARY_DIR "/bin/texture-studio";
+const std::string kStudio = TEXTURE_BINARY_DIR "/bin/texture-studio";
 
 constexpr const char* kDocument = R"({
   "format": "texture-graph", "version": 1,
@@ -98,7 +100,7 @@ protected:
 
 TEST_F(StudioTest, OpensEditsUndoesAndSaves) {
     QString error;
-    ASSERT_TRUE(window->OpenDocument(document, &error)) << error.toStdString();
+    ASSERT_TRUE(window->GetDocument()->Open(document, &error)) << error.toStdString();
     Engine* engine = Engine::Get();
     EXPECT_EQ(Manager::Get()->GetActiveNode(), engine->FindNode("fill"));
     EXPECT_EQ(Manager::Get()->GetDisplayNode(), engine->FindNode("inv"));
@@ -136,7 +138,7 @@ TEST_F(StudioTest, OpensEditsUndoesAndSaves) {
     EXPECT_EQ(rendered.pixelColor(4, 4), QColor(204, 102, 0));
 
     const QString saved = Path("saved.texture.json");
-    ASSERT_TRUE(window->SaveDocument(saved, &error)) << error.toStdString();
+    ASSERT_TRUE(window->GetDocument()->Save(saved, &error)) << error.toStdString();
     EXPECT_FALSE(window->isWindowModified());
     Engine reread;
     Document check;
@@ -150,37 +152,40 @@ TEST_F(StudioTest, OpensEditsUndoesAndSaves) {
 
 TEST_F(StudioTest, BadDocumentIsRefusedAndTheGraphStays) {
     QString error;
-    ASSERT_TRUE(window->OpenDocument(document, &error));
+    ASSERT_TRUE(window->GetDocument()->Open(document, &error));
     const QString bad = Path("bad.texture.json");
     std::ofstream(bad.toStdString()) << R"({"format": "texture-graph", "version": 1,
         "nodes": [{"id": "x", "type": "Test Fil"}]})";
-    EXPECT_FALSE(window->OpenDocument(bad, &error));
+    EXPECT_FALSE(window->GetDocument()->Open(bad, &error));
     EXPECT_TRUE(error.contains("bad.texture.json")) << error.toStdString();
     EXPECT_TRUE(error.contains("Test Fil")) << error.toStdString();
     EXPECT_EQ(Engine::Get()->GetNodes().size(), 2u);
-    EXPECT_EQ(window->GetDocumentPath(), QFileInfo(document).absoluteFilePath());
+    EXPECT_EQ(window->GetDocument()->GetPath(), QFileInfo(document).absoluteFilePath());
     EXPECT_EQ(Manager::Get()->GetDisplayNode(), Engine::Get()->FindNode("inv"));
 }
 
 TEST_F(StudioTest, NodesAreAddedLinkedAndRemoved) {
-    Node* first = window->AddNode("Test Fill", {0, 0});
-    Node* second = window->AddNode("Test Fill", {0, 100});
-    Node* invert = window->AddNode("Test Invert", {200, 0});
+    Node* first = window->GetEditor()->AddNode("Test Fill", {0, 0});
+    Node* second = window->GetEditor()->AddNode("Test Fill", {0, 100});
+    Node* invert = window->GetEditor()->AddNode("Test Invert", {200, 0});
     ASSERT_NE(first, nullptr);
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(Engine::Get()->GetNodeId(first), "test_fill");
     EXPECT_EQ(Engine::Get()->GetNodeId(second), "test_fill_2");
     EXPECT_EQ(Manager::Get()->GetActiveNode(), invert);
-    EXPECT_EQ(window->AddNode("No Such Type", {0, 0}), nullptr);
+    EXPECT_EQ(window->GetEditor()->AddNode("No Such Type", {0, 0}), nullptr);
 
     QString error;
-    EXPECT_FALSE(window->ConnectPlugs(first, 0, first, 0, &error)) << "an image into a colour";
+    EXPECT_FALSE(window->GetEditor()->ConnectPlugs(first, 0, first, 0, &error))
+        << "an image into a colour";
     EXPECT_FALSE(error.isEmpty());
-    ASSERT_TRUE(window->ConnectPlugs(first, 0, invert, invert->FindInplug("image"), &error))
+    ASSERT_TRUE(
+        window->GetEditor()->ConnectPlugs(first, 0, invert, invert->FindInplug("image"), &error))
         << error.toStdString();
     EXPECT_EQ(LinkCount(), 1);
     // Linking the same input again replaces the link.
-    ASSERT_TRUE(window->ConnectPlugs(second, 0, invert, invert->FindInplug("image"), &error));
+    ASSERT_TRUE(
+        window->GetEditor()->ConnectPlugs(second, 0, invert, invert->FindInplug("image"), &error));
     EXPECT_EQ(LinkCount(), 1);
 
     // A selected link is deleted through the Edit menu, and undo brings it back.
@@ -194,7 +199,7 @@ TEST_F(StudioTest, NodesAreAddedLinkedAndRemoved) {
     Manager::Get()->SetDisplayNode(second);
     window->EvaluateDisplay();
     EXPECT_EQ(window->GetViewer()->GetImage().size(), QSize(4, 4));
-    window->RemoveNode(second);
+    window->GetEditor()->RemoveNode(second);
     QApplication::processEvents();  // the viewer follows on the next turn of the event loop
     EXPECT_EQ(Manager::Get()->GetDisplayNode(), nullptr);
     EXPECT_EQ(Engine::Get()->FindNode("test_fill_2"), nullptr);
@@ -205,10 +210,11 @@ TEST_F(StudioTest, NodesAreAddedLinkedAndRemoved) {
 }
 
 TEST_F(StudioTest, DeletedNodesComeBackWhereTheyStoodOnUndo) {
-    Node* fill = window->AddNode("Test Fill", {40, 60});
-    Node* invert = window->AddNode("Test Invert", {300, 60});
+    Node* fill = window->GetEditor()->AddNode("Test Fill", {40, 60});
+    Node* invert = window->GetEditor()->AddNode("Test Invert", {300, 60});
     QString error;
-    ASSERT_TRUE(window->ConnectPlugs(fill, 0, invert, invert->FindInplug("image"), &error));
+    ASSERT_TRUE(
+        window->GetEditor()->ConnectPlugs(fill, 0, invert, invert->FindInplug("image"), &error));
 
     for (QGraphicsItem* item : window->GetScene()->items())
         item->setSelected(dynamic_cast<NodeItem*>(item) != nullptr &&
@@ -232,8 +238,8 @@ TEST_F(StudioTest, DeletedNodesComeBackWhereTheyStoodOnUndo) {
 }
 
 TEST_F(StudioTest, DraggingFromPlugToPlugAsksForALink) {
-    Node* fill = window->AddNode("Test Fill", {0, 0});
-    Node* invert = window->AddNode("Test Invert", {300, 0});
+    Node* fill = window->GetEditor()->AddNode("Test Fill", {0, 0});
+    Node* invert = window->GetEditor()->AddNode("Test Invert", {300, 0});
     GraphScene* scene = window->GetScene();
     const QPointF out = scene->ItemFor(fill)->PortPosition(true, 0);
     const unsigned image = static_cast<unsigned>(invert->FindInplug("image"));
@@ -300,78 +306,64 @@ TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
     EXPECT_EQ(picture.pixel(1, 1), qRgba(0, 0, 0, 0));
 }
 
+/// The program itself, run with the test plug-in unless a row names another.
 class StudioProgramTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        EnsureApplication();
-        folder.Write("graph.texture.json", kDocument);
+    void SetUp() override { folder.Write("graph.texture.json", kDocument); }
+    testsupport::CommandResult Run(std::vector<std::string> arguments,
+                                   const std::string& plugin = kPlugin) const {
+        arguments.insert(arguments.begin(), {"--plugin", plugin});
+        return testsupport::RunProgram(kStudio, arguments);
     }
-
-    /// Runs texture-studio with the test plug-in, offscreen; returns its exit code.
-    int Run(const QStringList& arguments) {
-        return RunWith(QString::fromStdString(kPlugin), arguments);
-    }
-    int RunWith(const QString& plugin, const QStringList& arguments) {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        process.setProcessEnvironment(environment);
-        process.start(kStudio, QStringList{"--plugin", plugin} + arguments);
-        if (!process.waitForFinished(60000))
-            return -1;
-        errors = QString::fromLocal8Bit(process.readAllStandardError());
-        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    }
-    QString Path(const char* name) const { return QString::fromStdString(folder / name); }
+    std::string Path(const char* name) const { return folder / name; }
 
     testsupport::TempFolder folder;
-    QString errors;
 };
 
-TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowAndFailsClearly) {
-    const QString shot = Path("shot.png");
-    ASSERT_EQ(Run({Path("graph.texture.json"), "--screenshot", shot}), 0) << errors.toStdString();
-    const QImage image(shot);
-    ASSERT_FALSE(image.isNull());
+TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowWithoutADisplayAndFailsClearly) {
+    // The screenshot mode picks the offscreen platform itself: no display is needed.
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        unsetenv(name);
+    const auto help = testsupport::RunProgram(kStudio, {"--help"});
+    EXPECT_EQ(help.exitCode, 0) << help.err;
+    EXPECT_NE(help.out.find("--screenshot"), std::string::npos);
+
+    const auto shot = Run({Path("graph.texture.json"), "--screenshot", Path("shot.png")});
+    EXPECT_EQ(shot.exitCode, 0) << shot.err;
+    const QImage image(QString::fromStdString(Path("shot.png")));
     EXPECT_GT(image.width(), 100);
     EXPECT_GT(image.height(), 100);
 
-    // The test plug-in has no preview action: asked for one, the program says so.
-    EXPECT_EQ(Run({Path("graph.texture.json"), "--screenshot", Path("again.png"), "--preview"}), 1);
-    EXPECT_TRUE(errors.contains("Texture Preview")) << errors.toStdString();
-
-    // A missing document is a bad-usage failure and writes nothing.
-    EXPECT_EQ(Run({Path("missing.texture.json"), "--screenshot", Path("none.png")}), 2);
-    EXPECT_TRUE(errors.contains("missing.texture.json")) << errors.toStdString();
+    struct Row {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* says;
+    };
+    const Row rows[] = {
+        // The test plug-in has no preview action: asked for one, the program says so.
+        {{Path("graph.texture.json"), "--screenshot", Path("again.png"), "--preview"},
+         1,
+         "Texture Preview"},
+        // A missing document is a bad-usage failure and writes nothing.
+        {{Path("missing.texture.json"), "--screenshot", Path("none.png")},
+         2,
+         "missing.texture.json"},
+    };
+    for (const Row& row : rows) {
+        const auto result = Run(row.arguments);
+        EXPECT_EQ(result.exitCode, row.exitCode) << row.says;
+        EXPECT_NE(result.err.find(row.says), std::string::npos) << result.err;
+    }
     EXPECT_FALSE(std::filesystem::exists(folder / "none.png"));
-}
-
-TEST_F(StudioProgramTest, HelpAndScreenshotsNeedNoDisplay) {
-    QProcessEnvironment headless = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        headless.remove(name);
-    QProcess help;
-    help.setProcessEnvironment(headless);
-    help.start(kStudio, {"--help"});
-    ASSERT_TRUE(help.waitForFinished(60000));
-    EXPECT_EQ(help.exitCode(), 0) << help.readAllStandardError().toStdString();
-    EXPECT_TRUE(help.readAllStandardOutput().contains("--screenshot"));
-
-    QProcess shot;
-    shot.setProcessEnvironment(headless);
-    shot.start(kStudio, {"--plugin", QString::fromStdString(kPlugin), Path("graph.texture.json"),
-                         "--screenshot", Path("headless.png")});
-    ASSERT_TRUE(shot.waitForFinished(60000));
-    EXPECT_EQ(shot.exitCode(), 0) << shot.readAllStandardError().toStdString();
-    EXPECT_FALSE(QImage(Path("headless.png")).isNull());
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
 }
 
 TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
     // The real plug-in: TEXTURE_PLUGIN when set, else the one built beside the studio.
-    QString plugin = qEnvironmentVariable("TEXTURE_PLUGIN");
-    if (plugin.isEmpty())
-        plugin = TEXTURE_BINARY_DIR "/bin/libTexture.so";
-    if (!QFileInfo::exists(plugin))
+    const char* fromEnvironment = std::getenv("TEXTURE_PLUGIN");
+    const std::string plugin =
+        fromEnvironment != nullptr ? fromEnvironment : TEXTURE_BINARY_DIR "/bin/libTexture.so";
+    if (!std::filesystem::exists(plugin))
         GTEST_SKIP() << "the texture plug-in is not built";
     folder.Write("perlin.texture.json", R"({
       "format": "texture-graph", "version": 1,
@@ -380,13 +372,11 @@ TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
                  "attributes": {"frame": [0, 0, 64, 64]}}],
       "links": [{"from": "noise.texture", "to": "out.texture"}],
       "active": "noise", "display": "out"})");
-    ASSERT_EQ(
-        RunWith(plugin, {Path("perlin.texture.json"), "--screenshot", Path("p.png"), "--preview"}),
-        0)
-        << errors.toStdString();
-    EXPECT_FALSE(QImage(Path("p.png")).isNull());
-    const QImage preview(Path("p-preview.png"));
-    ASSERT_FALSE(preview.isNull());
+    const auto result =
+        Run({Path("perlin.texture.json"), "--screenshot", Path("p.png"), "--preview"}, plugin);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_FALSE(QImage(QString::fromStdString(Path("p.png"))).isNull());
+    const QImage preview(QString::fromStdString(Path("p-preview.png")));
     EXPECT_GT(preview.width(), 100);
 }
 

@@ -59,8 +59,11 @@ std::string TextureCommandPath() {
 }
 
 CommandResult RunTexture(const std::vector<std::string>& arguments) {
+    return RunProgram(TextureCommandPath(), arguments);
+}
+
+CommandResult RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
     CommandResult result;
-    const std::string program = TextureCommandPath();
     std::vector<char*> argv{const_cast<char*>(program.c_str())};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));

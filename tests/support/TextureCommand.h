@@ -12,11 +12,14 @@ struct CommandResult {
     std::string err;
 };
 
+/// Runs `program` with `arguments` as they stand (no shell, so no quoting), in the caller's
+/// environment, and waits for it.
+CommandResult RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+
 /// The built `texture` command.
 std::string TextureCommandPath();
 
-/// Runs the built `texture` command with `arguments` as they stand (no shell, so no quoting),
-/// in the caller's environment, and waits for it.
+/// Runs the built `texture` command.
 CommandResult RunTexture(const std::vector<std::string>& arguments);
 
 }  // namespace testsupport
