@@ -117,15 +117,15 @@ void GraphEditor::DeleteSelected() {
 }
 
 void GraphEditor::Undo() {
-    if (!mEngine->Undo())
-        return;
-    SyncDeletedNodes();
-    AfterGraphChange();
-    emit edited();
+    Replay(&Engine::Undo);
 }
 
 void GraphEditor::Redo() {
-    if (!mEngine->Redo())
+    Replay(&Engine::Redo);
+}
+
+void GraphEditor::Replay(bool (Engine::*step)()) {
+    if (!(mEngine->*step)())
         return;
     SyncDeletedNodes();
     AfterGraphChange();

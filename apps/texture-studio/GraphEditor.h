@@ -60,6 +60,8 @@ signals:
 
 private:
     void OnSelectionChanged();
+    /// Undoes or redoes one step of the engine's history and follows it.
+    void Replay(bool (Engine::*step)());
     void AfterGraphChange();
     /// Takes the node's item away, remembering where it stood.
     void Hide(Node* node);
