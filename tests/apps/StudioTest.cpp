@@ -326,7 +326,10 @@ TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowWithoutADisplayAndFailsCl
         {{Path("graph.texture.json"), "--screenshot", Path("again.png"), "--preview"},
          1,
          "Texture Preview"},
-        // A missing document is a bad-usage failure and writes nothing.
+        // A missing document or a bad option is a bad-usage failure and writes nothing.
+        {{"--threads", "0", Path("graph.texture.json"), "--screenshot", Path("none.png")},
+         2,
+         "--threads"},
         {{Path("missing.texture.json"), "--screenshot", Path("none.png")},
          2,
          "missing.texture.json"},
