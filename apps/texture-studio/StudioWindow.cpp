@@ -7,7 +7,6 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -16,14 +15,14 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "apps/common/RenderToFile.h"
+#include "apps/texture-studio/DocumentController.h"
+#include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
 #include "apps/texture-studio/GraphView.h"
 #include "apps/texture-studio/ImageConversion.h"
 #include "apps/texture-studio/ImageViewer.h"
-#include "apps/texture-studio/LinkItem.h"
-#include "apps/texture-studio/NodeItem.h"
 #include "apps/texture-studio/NodePalette.h"
-#include "host/Document.h"
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/LibraryInterface.h"
@@ -35,7 +34,6 @@
 
 namespace {
 
-constexpr const char* kDocumentFilter = "Texture graphs (*.texture.json);;JSON files (*.json)";
 constexpr const char* kImageFilter =
     "PNG image (*.png);;OpenEXR float image (*.exr);;TIFF image (*.tif *.tiff);;All files (*)";
 
@@ -56,6 +54,54 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     mGraphView = new GraphView(this);
     mGraphView->setScene(mScene);
     setCentralWidget(mGraphView);
+    mEditor = new GraphEditor(mCatalogue, mScene, this);
+    mDocument = new DocumentController(mCatalogue, mEditor, this);
+    BuildDocks();
+    mStatus = new QLabel(this);
+    statusBar()->addWidget(mStatus, 1);
+    BuildMenus();
+
+    connect(mScene, &QGraphicsScene::selectionChanged, this, &StudioWindow::UpdateActions);
+    connect(mEditor, &GraphEditor::graphChanged, this, &StudioWindow::UpdateActions);
+    connect(mEditor, &GraphEditor::nodeLeaving, this, &StudioWindow::DropAttributesPageOf);
+    connect(mEditor, &GraphEditor::displayOutputChanged, this, &StudioWindow::ScheduleEvaluation);
+    connect(mEditor, &GraphEditor::report, this, &StudioWindow::Report);
+    connect(mDocument, &DocumentController::report, this, &StudioWindow::Report);
+    connect(mDocument, &DocumentController::stateChanged, this, &StudioWindow::UpdateTitle);
+    connect(mDocument, &DocumentController::replaced, this, [this] {
+        // After the window's layout has settled, so that the view's size is the real one.
+        QTimer::singleShot(0, this, &StudioWindow::FitGraph);
+        ShowAttributesPage();
+        FollowDisplayNode();
+    });
+    connect(mPalette, &NodePalette::addRequested, this,
+            [this](const QString& type) { mEditor->AddNode(type, mGraphView->CenterPoint()); });
+    connect(mGraphView, &GraphView::nodeTypeDropped, this,
+            [this](const QString& type, QPointF at) { mEditor->AddNode(type, at); });
+
+    mManager->RegisterDelegateEventHandler(ManagerHandler(this, &StudioWindow::OnManagerEvent));
+    mEditor->EndReplace(mManager->GetActiveNode(), mManager->GetDisplayNode());
+    ShowAttributesPage();
+    FollowDisplayNode();
+    UpdateTitle();
+    resize(1280, 800);
+}
+
+StudioWindow::~StudioWindow() {
+    // The scene is a child and dies after this part of the window: its last selection change
+    // must reach neither the window nor the editor.
+    mScene->disconnect();
+    if (LibraryInterface* library = mCatalogue.GetLibrary()) {
+        library->RemoveMenuActions(mTextureMenu);
+        library->Close();
+    }
+    mManager->UnregisterDelegateEventHandler(ManagerHandler(this, &StudioWindow::OnManagerEvent));
+    mEditor->BeginReplace();
+    if (mManager->GetMainWidget() == this)
+        mManager->SetMainWidget(nullptr);
+}
+
+void StudioWindow::BuildDocks() {
     mViewer = new ImageViewer(this);
     auto* imageDock = new QDockWidget(tr("Image"), this);
     imageDock->setObjectName("m_image_dock");
@@ -75,58 +121,16 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     attributesDock->setWidget(mAttributesArea);
     attributesDock->setMinimumWidth(300);
     splitDockWidget(imageDock, attributesDock, Qt::Vertical);
-
-    mStatus = new QLabel(this);
-    statusBar()->addWidget(mStatus, 1);
-    BuildMenus();
-
-    connect(mScene, &QGraphicsScene::selectionChanged, this, &StudioWindow::OnSelectionChanged);
-    connect(mScene, &GraphScene::connectRequested, this,
-            [this](Node* from, unsigned outplug, Node* to, unsigned inplug) {
-                QString error;
-                if (!ConnectPlugs(from, outplug, to, inplug, &error))
-                    Report(error);
-            });
-    connect(mScene, &GraphScene::disconnectRequested, this, [this](Node* to, unsigned inplug) {
-        mEngine->Disconnect(to, inplug);
-        AfterGraphChange();
-    });
-    connect(mScene, &GraphScene::nodeDoubleClicked, this,
-            [this](Node* node) { mManager->SetDisplayNode(node); });
-    connect(mPalette, &NodePalette::addRequested, this,
-            [this](const QString& type) { AddNode(type, mGraphView->CenterPoint()); });
-    connect(mGraphView, &GraphView::nodeTypeDropped, this,
-            [this](const QString& type, QPointF at) { AddNode(type, at); });
-
-    mManager->RegisterDelegateEventHandler(ManagerHandler(this, &StudioWindow::OnManagerEvent));
-    AttachAll();
-    mScene->Rebuild();
-    ShowAttributesPage();
-    FollowDisplayNode();
-    SetModified(false);
-    resize(1280, 800);
-}
-
-StudioWindow::~StudioWindow() {
-    // The scene is a child and dies after this part of the window: its last selection change
-    // must not reach a window that is no longer one.
-    mScene->disconnect(this);
-    if (LibraryInterface* library = mCatalogue.GetLibrary()) {
-        library->RemoveMenuActions(mTextureMenu);
-        library->Close();
-    }
-    mManager->UnregisterDelegateEventHandler(ManagerHandler(this, &StudioWindow::OnManagerEvent));
-    DetachAll();
-    if (mManager->GetMainWidget() == this)
-        mManager->SetMainWidget(nullptr);
 }
 
 void StudioWindow::BuildMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addAction(tr("&New"), QKeySequence::New, this, &StudioWindow::OnNew);
-    file->addAction(tr("&Open..."), QKeySequence::Open, this, &StudioWindow::OnOpen);
-    file->addAction(tr("&Save"), QKeySequence::Save, this, &StudioWindow::OnSave);
-    file->addAction(tr("Save &As..."), QKeySequence::SaveAs, this, &StudioWindow::OnSaveAs);
+    file->addAction(tr("&New"), QKeySequence::New, mDocument, &DocumentController::NewAfterAsking);
+    file->addAction(tr("&Open..."), QKeySequence::Open, mDocument,
+                    &DocumentController::OpenAfterAsking);
+    file->addAction(tr("&Save"), QKeySequence::Save, mDocument, &DocumentController::SaveOrAsk);
+    file->addAction(tr("Save &As..."), QKeySequence::SaveAs, mDocument,
+                    &DocumentController::SaveAsAfterAsking);
     file->addSeparator();
     file->addAction(tr("&Render Display Node to Image..."), QKeySequence(tr("Ctrl+R")), this,
                     &StudioWindow::OnRender);
@@ -134,18 +138,18 @@ void StudioWindow::BuildMenus() {
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-    mUndoAction = edit->addAction(tr("&Undo"), QKeySequence::Undo, this, &StudioWindow::OnUndo);
-    mRedoAction = edit->addAction(tr("&Redo"), QKeySequence::Redo, this, &StudioWindow::OnRedo);
+    mUndoAction = edit->addAction(tr("&Undo"), QKeySequence::Undo, mEditor, &GraphEditor::Undo);
+    mRedoAction = edit->addAction(tr("&Redo"), QKeySequence::Redo, mEditor, &GraphEditor::Redo);
     edit->addSeparator();
     mDeleteAction =
-        edit->addAction(tr("&Delete"), QKeySequence::Delete, this, &StudioWindow::OnDeleteSelected);
+        edit->addAction(tr("&Delete"), QKeySequence::Delete, mEditor, &GraphEditor::DeleteSelected);
     connect(edit, &QMenu::aboutToShow, this, &StudioWindow::UpdateActions);
 
     QMenu* node = menuBar()->addMenu(tr("&Node"));
-    mDisplayAction = node->addAction(tr("&Display"), QKeySequence(tr("D")), this,
-                                     &StudioWindow::OnDisplaySelected);
-    mEnabledAction = node->addAction(tr("&Evaluate"), QKeySequence(tr("E")), this,
-                                     &StudioWindow::OnToggleEnabled);
+    mDisplayAction = node->addAction(tr("&Display"), QKeySequence(tr("D")), mEditor,
+                                     &GraphEditor::DisplaySelected);
+    mEnabledAction = node->addAction(tr("&Evaluate"), QKeySequence(tr("E")), mEditor,
+                                     &GraphEditor::ToggleSelectedEnabled);
     mEnabledAction->setCheckable(true);
     // Single keys act on the graph only, not while typing in the catalogue or a page.
     for (QAction* action : {mDeleteAction, mDisplayAction, mEnabledAction}) {
@@ -169,147 +173,6 @@ void StudioWindow::BuildMenus() {
         mTextureMenu->addAction(tr("(the plug-in adds no actions)"))->setEnabled(false);
 }
 
-bool StudioWindow::OpenDocument(const QString& path, QString* error) {
-    // A trial load into an engine of its own: a bad document leaves the current graph alone.
-    std::string message;
-    {
-        Engine trial;
-        Document probe;
-        if (!probe.Load(path.toStdString(), trial, mCatalogue, &message)) {
-            if (error != nullptr)
-                *error = QString::fromStdString(message);
-            return false;
-        }
-    }
-    DetachAll();
-    Document document;
-    if (!document.Load(path.toStdString(), *mEngine, mCatalogue, &message)) {
-        mScene->Rebuild();
-        if (error != nullptr)
-            *error = QString::fromStdString(message);
-        return false;
-    }
-    mDocumentPath = QFileInfo(path).absoluteFilePath();
-    mScene->Rebuild();
-    // After the window's layout has settled, so that the view's size is the real one.
-    QTimer::singleShot(0, this, &StudioWindow::FitGraph);
-    AttachAll();
-    mManager->SetActiveNode(mEngine->FindNode(document.GetActive()));
-    mManager->SetDisplayNode(mEngine->FindNode(document.GetDisplay()));
-    ShowAttributesPage();
-    FollowDisplayNode();
-    SetModified(false);
-    Report(tr("Opened %1").arg(path));
-    return true;
-}
-
-bool StudioWindow::SaveDocument(const QString& path, QString* error) {
-    Document document;
-    if (Node* active = mManager->GetActiveNode())
-        document.SetActive(mEngine->GetNodeId(active));
-    if (Node* display = mManager->GetDisplayNode())
-        document.SetDisplay(mEngine->GetNodeId(display));
-    std::string message;
-    if (!document.Save(path.toStdString(), *mEngine, &message)) {
-        if (error != nullptr)
-            *error = QString::fromStdString(message);
-        return false;
-    }
-    mDocumentPath = QFileInfo(path).absoluteFilePath();
-    SetModified(false);
-    Report(tr("Saved %1").arg(path));
-    return true;
-}
-
-void StudioWindow::NewDocument() {
-    DetachAll();
-    mEngine->Clear();
-    mDocumentPath.clear();
-    mScene->Rebuild();
-    FitGraph();
-    ShowAttributesPage();
-    FollowDisplayNode();
-    SetModified(false);
-}
-
-Node* StudioWindow::AddNode(const QString& typeName, const QPointF& position) {
-    std::string error;
-    std::unique_ptr<Node> created = mCatalogue.CreateNode(typeName.toStdString(), &error);
-    if (created == nullptr) {
-        Report(QString::fromStdString(error));
-        return nullptr;
-    }
-    Node* node = mEngine->AddNode(std::move(created), UniqueId(typeName).toStdString(), &error);
-    if (node == nullptr) {
-        Report(QString::fromStdString(error));
-        return nullptr;
-    }
-    node->AddNodeListener(this);
-    mScene->AddNodeItem(node, position);
-    mManager->SetActiveNode(node);
-    SetModified(true);
-    return node;
-}
-
-void StudioWindow::RemoveNode(Node* node) {
-    if (node == nullptr)
-        return;
-    if (mAttributesNode == node) {
-        delete mAttributesArea->takeWidget();
-        mAttributesNode = nullptr;
-    }
-    // The manager is told first, so that whoever follows the node can still let go of it.
-    mManager->ForgetNode(node);
-    node->RemoveNodeListener(this);
-    if (const NodeItem* item = mScene->ItemFor(node))
-        mDeletedAt[node] = item->pos();
-    mScene->RemoveNodeItem(node);
-    mEngine->DeleteNode(node);
-    AfterGraphChange();
-    SetModified(true);
-}
-
-void StudioWindow::SyncDeletedNodes() {
-    for (auto it = mDeletedAt.begin(); it != mDeletedAt.end();) {
-        Node* node = const_cast<Node*>(it->first);
-        const bool inEngine = !mEngine->GetNodeId(node).empty();
-        const bool shown = mScene->ItemFor(node) != nullptr;
-        if (inEngine && !shown) {
-            // Undo brought it back.
-            mScene->AddNodeItem(node, it->second);
-            node->AddNodeListener(this);
-        } else if (!inEngine && shown) {
-            // Redo took it away again.
-            if (mAttributesNode == node) {
-                delete mAttributesArea->takeWidget();
-                mAttributesNode = nullptr;
-            }
-            mManager->ForgetNode(node);
-            node->RemoveNodeListener(this);
-            it->second = mScene->ItemFor(node)->pos();
-            mScene->RemoveNodeItem(node);
-        }
-        ++it;
-    }
-}
-
-bool StudioWindow::ConnectPlugs(Node* from, unsigned outplug, Node* to, unsigned inplug,
-                                QString* error) {
-    std::string message;
-    const bool linked = mEngine->Connect(from, outplug, to, inplug, &message);
-    if (!linked && error != nullptr)
-        *error = QString::fromStdString(message);
-    AfterGraphChange();
-    return linked;
-}
-
-int StudioWindow::ImageOutplug(const Node* node) const {
-    for (const auto& output : node->GetOutplugs())
-        if (output.plugType == Node::kImagePlug)
-            return static_cast<int>(output.id);
-    return -1;
-}
-
 void StudioWindow::EvaluateDisplay() {
     mEvaluationPending = false;
     Node* display = mManager->GetDisplayNode();
@@ -320,7 +183,7 @@ void StudioWindow::EvaluateDisplay() {
         return;
     }
     const QString id = QString::fromStdString(mEngine->GetNodeId(display));
-    const int outplug = ImageOutplug(display);
+    const int outplug = RenderToFile::FindImageOutplug(*display);
     if (outplug < 0) {
         mViewer->SetMessage(tr("'%1' has no image output; textures are shown by the plug-in's "
                                "preview (menu Texture)")
@@ -355,38 +218,18 @@ void StudioWindow::EvaluateDisplay() {
 }
 
 bool StudioWindow::RenderDisplayTo(const QString& path, QString* error) {
-    const auto fail = [error](const QString& message) {
-        if (error != nullptr)
-            *error = message;
-        return false;
-    };
     Node* display = mManager->GetDisplayNode();
-    if (display == nullptr)
-        return fail(tr("there is no display node to render"));
-    const int outplug = ImageOutplug(display);
-    const QString id = QString::fromStdString(mEngine->GetNodeId(display));
-    if (outplug < 0)
-        return fail(tr("node '%1' has no image output").arg(id));
-    mEngine->EvaluateNode(display);
-    const NodeValue value = mEngine->GetOutputValue(display, static_cast<unsigned>(outplug));
-    if (value.GetImage() == nullptr)
-        return fail(tr("node '%1' produced no image: %2")
-                        .arg(id, QString::fromStdString(display->GetStateMessage())));
-    std::string message;
-    if (!value.GetImage()->WriteFile(path.toStdString(), 8, &message))
-        return fail(QString::fromStdString(message));
-    return true;
-}
-
-void StudioWindow::OnNodeEvent(Node* node, const NodeEvent& event) {
-    if (event.type == NodeEvent::kInputsChanged || event.type == NodeEvent::kParameterChanged)
-        SetModified(true);
-    if (event.type == NodeEvent::kOutputChanged && node == mManager->GetDisplayNode())
-        ScheduleEvaluation();
+    std::string message = "there is no display node to render";
+    if (display != nullptr &&
+        RenderToFile(*mEngine).Render(*display, path.toStdString(), 8, &message))
+        return true;
+    if (error != nullptr)
+        *error = QString::fromStdString(message);
+    return false;
 }
 
 void StudioWindow::closeEvent(QCloseEvent* event) {
-    if (MaybeSave())
+    if (mDocument->MaybeSave())
         event->accept();
     else
         event->ignore();
@@ -420,45 +263,6 @@ void StudioWindow::FitGraph() {
     mGraphView->centerOn(nodes.center());
 }
 
-void StudioWindow::OnOpen() {
-    if (!MaybeSave())
-        return;
-    const QString path = QFileDialog::getOpenFileName(
-        this, tr("Open Graph"), QFileInfo(mDocumentPath).path(), tr(kDocumentFilter));
-    if (path.isEmpty())
-        return;
-    QString error;
-    if (!OpenDocument(path, &error))
-        QMessageBox::warning(this, tr("Open Graph"), error);
-}
-
-void StudioWindow::OnSave() {
-    if (mDocumentPath.isEmpty()) {
-        OnSaveAs();
-        return;
-    }
-    QString error;
-    if (!SaveDocument(mDocumentPath, &error))
-        QMessageBox::warning(this, tr("Save Graph"), error);
-}
-
-void StudioWindow::OnSaveAs() {
-    QString path =
-        QFileDialog::getSaveFileName(this, tr("Save Graph As"), mDocumentPath, tr(kDocumentFilter));
-    if (path.isEmpty())
-        return;
-    if (!path.endsWith(".json"))
-        path += ".texture.json";
-    QString error;
-    if (!SaveDocument(path, &error))
-        QMessageBox::warning(this, tr("Save Graph"), error);
-}
-
-void StudioWindow::OnNew() {
-    if (MaybeSave())
-        NewDocument();
-}
-
 void StudioWindow::OnRender() {
     const QString path =
         QFileDialog::getSaveFileName(this, tr("Render Display Node"), QString(), tr(kImageFilter));
@@ -471,72 +275,9 @@ void StudioWindow::OnRender() {
         QMessageBox::warning(this, tr("Render"), error);
 }
 
-void StudioWindow::OnUndo() {
-    if (!mEngine->Undo())
-        return;
-    SyncDeletedNodes();
-    AfterGraphChange();
-    SetModified(true);
-}
-
-void StudioWindow::OnRedo() {
-    if (!mEngine->Redo())
-        return;
-    SyncDeletedNodes();
-    AfterGraphChange();
-    SetModified(true);
-}
-
-void StudioWindow::OnDeleteSelected() {
-    std::vector<Node*> doomed;
-    std::vector<std::pair<Node*, unsigned>> unlinked;
-    for (QGraphicsItem* item : mScene->selectedItems()) {
-        if (auto* node = dynamic_cast<NodeItem*>(item))
-            doomed.push_back(node->GetNode());
-        else if (auto* link = dynamic_cast<LinkItem*>(item))
-            unlinked.emplace_back(link->GetTo()->GetNode(), link->GetInplug());
-    }
-    // Links go first and one by one, each an undo step of its own.
-    for (const auto& [to, inplug] : unlinked)
-        mEngine->Disconnect(to, inplug);
-    if (!unlinked.empty())
-        AfterGraphChange();
-    if (doomed.empty())
-        return;
-    // One undo step for the whole selection.
-    Engine::StateRecorderBegin(mEngine, this, "Delete Node");
-    for (Node* node : doomed)
-        RemoveNode(node);
-    Engine::StateRecorderAccept(mEngine, this, doomed.size() == 1 ? "Delete Node" : "Delete Nodes");
-    UpdateActions();
-}
-
-void StudioWindow::OnDisplaySelected() {
-    if (Node* node = mScene->GetSelectedNode())
-        mManager->SetDisplayNode(node);
-}
-
-void StudioWindow::OnToggleEnabled() {
-    if (Node* node = mScene->GetSelectedNode()) {
-        node->SetEvaluationEnabled(!node->IsEvaluationEnabled());
-        SetModified(true);
-        mScene->SyncStates(mManager->GetDisplayNode());
-    }
-}
-
-void StudioWindow::OnSelectionChanged() {
-    UpdateActions();
-    if (mSyncingSelection)
-        return;
-    if (Node* node = mScene->GetSelectedNode())
-        mManager->SetActiveNode(node);
-}
-
 void StudioWindow::OnManagerEvent(unsigned int code, unsigned int) {
     if (code == Manager::kActiveNodeChanged) {
-        mSyncingSelection = true;
-        mScene->SelectNode(mManager->GetActiveNode());
-        mSyncingSelection = false;
+        mEditor->SelectActiveNode();
         ShowAttributesPage();
     } else if (code == Manager::kDisplayNodeChanged) {
         FollowDisplayNode();
@@ -579,19 +320,11 @@ void StudioWindow::FollowDisplayNode() {
     ScheduleEvaluation();
 }
 
-void StudioWindow::AttachAll() {
-    for (Node* node : mEngine->GetNodes())
-        node->AddNodeListener(this);
-}
-
-void StudioWindow::DetachAll() {
-    mDeletedAt.clear();
+void StudioWindow::DropAttributesPageOf(Node* node) {
+    if (mAttributesNode != node)
+        return;
     delete mAttributesArea->takeWidget();
     mAttributesNode = nullptr;
-    mManager->SetActiveNode(nullptr);
-    mManager->SetDisplayNode(nullptr);
-    for (Node* node : mEngine->GetNodes())
-        node->RemoveNodeListener(this);
 }
 
 void StudioWindow::ScheduleEvaluation() {
@@ -602,12 +335,6 @@ void StudioWindow::ScheduleEvaluation() {
         if (mEvaluationPending)
             EvaluateDisplay();
     });
-}
-
-void StudioWindow::AfterGraphChange() {
-    mScene->SyncLinks();
-    mScene->SyncStates(mManager->GetDisplayNode());
-    UpdateActions();
 }
 
 void StudioWindow::UpdateActions() {
@@ -622,42 +349,12 @@ void StudioWindow::UpdateActions() {
     mDeleteAction->setEnabled(!mScene->selectedItems().isEmpty());
 }
 
-void StudioWindow::SetModified(bool modified) {
-    setWindowModified(modified);
-    const QString name =
-        mDocumentPath.isEmpty() ? tr("Untitled") : QFileInfo(mDocumentPath).fileName();
-    setWindowTitle(tr("%1[*] - Texture Studio").arg(name));
-}
-
-bool StudioWindow::MaybeSave() {
-    if (!isWindowModified())
-        return true;
-    const auto answer = QMessageBox::question(
-        this, tr("Unsaved Changes"), tr("The graph has changed. Save it first?"),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-    if (answer == QMessageBox::Cancel)
-        return false;
-    if (answer == QMessageBox::Save) {
-        OnSave();
-        return !isWindowModified();
-    }
-    return true;
+void StudioWindow::UpdateTitle() {
+    setWindowModified(mDocument->IsModified());
+    setWindowTitle(tr("%1[*] - Texture Studio").arg(mDocument->GetName()));
 }
 
 void StudioWindow::Report(const QString& message) {
     mStatus->setText(message);
     Log::Info("texture-studio: %s", message.toUtf8().constData());
-}
-
-QString StudioWindow::UniqueId(const QString& typeName) const {
-    // "Perlin Texture" becomes "perlin_texture", then "perlin_texture_2", ...
-    QString base;
-    for (const QChar c : typeName.toLower())
-        base += c.isLetterOrNumber() && c.unicode() < 128 ? c : QChar('_');
-    if (base.isEmpty())
-        base = "node";
-    QString id = base;
-    for (int n = 2; mEngine->FindNode(id.toStdString()) != nullptr; ++n)
-        id = QString("%1_%2").arg(base).arg(n);
-    return id;
 }

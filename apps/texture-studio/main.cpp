@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/StudioWindow.h"
 #include "host/Engine.h"
 #include "host/PluginLoader.h"
@@ -146,7 +147,8 @@ int main(int argc, char** argv) {
         "preview",
         "With --screenshot: also open the plug-in's \"Texture Preview\" and save it "
         "to NAME-preview.png beside the screenshot.");
-    parser.addOptions({plugin, screenshot, preview});
+    const QCommandLineOption threads("threads", "Processors to use (default: all).", "count");
+    parser.addOptions({plugin, screenshot, preview, threads});
     parser.process(arguments);
 
     const QStringList documents = parser.positionalArguments();
@@ -158,6 +160,15 @@ int main(int argc, char** argv) {
             qPrintable(parser.helpText()));
         return 2;
     }
+    bool threadsValid = true;
+    const int threadCount = parser.isSet(threads) ? parser.value(threads).toInt(&threadsValid) : 0;
+    if (parser.isSet(threads) && (!threadsValid || threadCount < 1)) {
+        std::fprintf(stderr, "error: --threads: Value %s is not a positive number\n",
+                     qPrintable(parser.value(threads)));
+        return 2;
+    }
+    // Before the plug-in loads, so that no render can start with other options.
+    Engine::Get()->SetRenderOptions(RenderOptions{static_cast<unsigned>(threadCount)});
 
     int status = 0;
     {
@@ -172,7 +183,8 @@ int main(int argc, char** argv) {
         {
             StudioWindow window(loader);
             QString message;
-            const bool opened = documents.isEmpty() || window.OpenDocument(documents[0], &message);
+            const bool opened =
+                documents.isEmpty() || window.GetDocument()->Open(documents[0], &message);
             if (!opened) {
                 std::fprintf(stderr, "error: %s\n", qPrintable(message));
                 if (!batch)

@@ -7,30 +7,16 @@
 #include <iostream>
 #include <set>
 
+#include "apps/common/RenderToFile.h"
 #include "host/Document.h"
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/Node.h"
 #include "host/PluginLoader.h"
 
-namespace {
-
-/// The first image output of the node, or -1.
-int FindImageOutplug(const Node& node) {
-    for (const Node::Output& output : node.GetOutplugs())
-        if (output.plugType == Node::kImagePlug)
-            return static_cast<int>(output.id);
-    return -1;
-}
-
-std::string Describe(const Engine& engine, const Node* node) {
-    return "node '" + engine.GetNodeId(node) + "' (" + node->GetTypeName() + ")";
-}
-
-}  // namespace
-
 int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options) {
     Engine& engine = *Engine::Get();
+    const RenderToFile renderer(engine);
     Document document;
     std::string error;
     if (!document.Load(options.document, engine, catalogue, &error)) {
@@ -41,7 +27,7 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
     std::vector<Node*> targets;
     if (options.all) {
         for (Node* node : engine.GetNodes())
-            if (FindImageOutplug(*node) >= 0)
+            if (RenderToFile::FindImageOutplug(*node) >= 0)
                 targets.push_back(node);
     } else if (!options.nodes.empty()) {
         for (const std::string& id : options.nodes) {
@@ -60,8 +46,8 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         return 2;
     }
     for (Node* node : targets)
-        if (FindImageOutplug(*node) < 0) {
-            std::cerr << "error: " << Describe(engine, node) << " has no image output\n";
+        if (RenderToFile::FindImageOutplug(*node) < 0) {
+            std::cerr << "error: " << renderer.Describe(*node) << " has no image output\n";
             return 2;
         }
     if (targets.size() > 1 && !options.output.empty()) {
@@ -82,8 +68,8 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         // Short renders stay silent; long ones tell which node holds them up.
         if (!terminal || finished || elapsedMs() < 500)
             return;
-        std::cerr << "\r\033[Kevaluating " << Describe(engine, node) << "  " << elapsedMs() / 1000.0
-                  << " s" << std::flush;
+        std::cerr << "\r\033[Kevaluating " << renderer.Describe(*node) << "  "
+                  << elapsedMs() / 1000.0 << " s" << std::flush;
         progressShown = true;
     });
     const unsigned long long evaluationsBefore = engine.GetEvaluationCount();
@@ -96,11 +82,11 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
     std::set<const Node*> failed;
     for (Node* node : engine.GetNodes()) {
         if (node->GetState() == Node::kStateError) {
-            std::cerr << "error: " << Describe(engine, node) << ": " << node->GetStateMessage()
+            std::cerr << "error: " << renderer.Describe(*node) << ": " << node->GetStateMessage()
                       << "\n";
             failed.insert(node);
         } else if (node->GetState() == Node::kStateWarning) {
-            std::cerr << "warning: " << Describe(engine, node) << ": " << node->GetStateMessage()
+            std::cerr << "warning: " << renderer.Describe(*node) << ": " << node->GetStateMessage()
                       << "\n";
         }
     }
@@ -109,18 +95,7 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
     std::size_t written = 0;
     std::string sizes;
     for (Node* node : targets) {
-        const std::string id = engine.GetNodeId(node);
         if (failed.count(node) != 0) {
-            exitCode = 1;
-            continue;
-        }
-        const NodeValue value =
-            engine.GetOutputValue(node, static_cast<unsigned>(FindImageOutplug(*node)));
-        const Image* image = value.GetImage();
-        if (image == nullptr) {
-            std::cerr << "error: node '" << id << "' (" << node->GetTypeName()
-                      << "): produced no image"
-                      << (node->IsEvaluationEnabled() ? "" : " (disabled)") << "\n";
             exitCode = 1;
             continue;
         }
@@ -128,14 +103,16 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         if (file.empty())
             file =
                 (std::filesystem::path(options.outputFolder.empty() ? "." : options.outputFolder) /
-                 (id + ".png"))
+                 (engine.GetNodeId(node) + ".png"))
                     .string();
-        if (!image->WriteFile(file, options.bits, &error)) {
-            std::cerr << "error: node '" << id << "': cannot write '" << file << "': " << error
-                      << "\n";
+        if (!renderer.Write(*node, file, options.bits, &error)) {
+            std::cerr << "error: " << error << "\n";
             exitCode = 1;
             continue;
         }
+        const NodeValue value = engine.GetOutputValue(
+            node, static_cast<unsigned>(RenderToFile::FindImageOutplug(*node)));
+        const Image* image = value.GetImage();
         ++written;
         sizes += (sizes.empty() ? "" : ", ") + std::to_string(image->GetSizeX()) + " x " +
                  std::to_string(image->GetSizeY());

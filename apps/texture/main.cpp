@@ -2,7 +2,6 @@
 // documents, lists the node catalogue and checks documents.
 
 #include <CLI/CLI.hpp>
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -136,9 +135,8 @@ int main(int argc, char** argv) {
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
 
-    // The engine reads the processor count once, on first use: set it before anything loads.
-    if (threads > 0)
-        setenv("TEXTURE_THREADS", std::to_string(threads).c_str(), 1);
+    // Before the plug-in loads, so that no render can start with other options.
+    Engine::Get()->SetRenderOptions(RenderOptions{static_cast<unsigned>(threads)});
     if (maxSize > 0)
         Image::SetMaxSize(maxSize, maxSize);
     if (verbose)

@@ -3,20 +3,18 @@
 //
 //   fibers-gallery [--output DIR] [--size PIXELS] [--only NAME]
 
-#include <OpenImageIO/imageio.h>
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "noisepp/core/Pipeline.h"
 #include "noisepp/modules/FibersModule.h"
 #include "noisepp/modules/TransformModule.h"
 #include "noisepp/modules/WaveModule.h"
+#include "tools/common/PlanePicture.h"
 
 namespace {
 
@@ -131,34 +129,6 @@ std::vector<Picture> pictures() {
     return list;
 }
 
-/// Renders `module` over the square [0, extent]^2 at z = 0, one sample per pixel centre, and
-/// writes it as an 8-bit RGB PNG.
-bool render(const noisepp::Module& module, double extent, int size, const std::string& path) {
-    noisepp::Pipeline3D pipeline;
-    const noisepp::PipelineElement3D* element =
-        pipeline.getElement(module.addToPipeline(&pipeline));
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(size) * size * 3);
-    const double step = extent / size;
-    for (int row = 0; row < size; ++row) {
-        // Row 0 is the top of the picture, the largest y.
-        const double y = extent - (row + 0.5) * step;
-        for (int column = 0; column < size; ++column) {
-            const TextureColor c = element->getValue((column + 0.5) * step, y, 0.0);
-            unsigned char* p = &pixels[(static_cast<std::size_t>(row) * size + column) * 3];
-            const float channels[] = {c.red, c.green, c.blue};
-            for (int i = 0; i < 3; ++i)
-                p[i] =
-                    static_cast<unsigned char>(std::clamp(channels[i], 0.0f, 1.0f) * 255.0f + 0.5f);
-        }
-    }
-    auto out = OIIO::ImageOutput::create(path);
-    if (!out)
-        return false;
-    const OIIO::ImageSpec spec(size, size, 3, OIIO::TypeDesc::UINT8);
-    return out->open(path, spec) && out->write_image(OIIO::TypeDesc::UINT8, pixels.data()) &&
-           out->close();
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -198,9 +168,11 @@ int main(int argc, char** argv) {
         if (picture.ringMatrix)
             module.setSourceModule(0, &ringsPlaced);
         const std::string path = output + "/fibers-" + picture.name + ".png";
-        if (!render(module, picture.extent, size, path)) {
+        std::string error;
+        if (!PlanePicture(module, {0.0, 0.0, picture.extent, 0.0}, size)
+                 .Save(path, false, &error)) {
             std::fprintf(stderr, "fibers-gallery: cannot write %s: %s\n", path.c_str(),
-                         OIIO::geterror().c_str());
+                         error.c_str());
             return 1;
         }
         std::printf("%s (%s)\n", path.c_str(), picture.caption.c_str());

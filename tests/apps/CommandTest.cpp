@@ -1,0 +1,74 @@
+// The texture command's exit status, one row per way a render ends: 0 success, 1 render failure,
+// 2 bad usage or a document that does not load. A row also says what the messages must name
+// and whether the image file may exist afterwards.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/TempFolder.h"
+#include "tests/support/TextureCommand.h"
+
+namespace {
+
+constexpr const char* kGood = R"({"format": "texture-graph", "version": 1,
+  "nodes": [{"id": "fill", "type": "Test Fill", "attributes": {"size": 5}},
+            {"id": "inv", "type": "Test Invert"}],
+  "links": [{"from": "fill.image", "to": "inv.image"}], "display": "inv"})";
+// The invert node has no input, so its evaluation fails.
+constexpr const char* kFailing = R"({"format": "texture-graph", "version": 1,
+  "nodes": [{"id": "inv", "type": "Test Invert"}], "display": "inv"})";
+constexpr const char* kUnknownType = R"({"format": "texture-graph", "version": 1,
+  "nodes": [{"id": "x", "type": "Test Fil"}]})";
+constexpr const char* kNoDisplay = R"({"format": "texture-graph", "version": 1,
+  "nodes": [{"id": "fill", "type": "Test Fill"}]})";
+
+struct Row {
+    std::vector<std::string> arguments;  ///< after `--plugin P render`; {out} is the image file
+    int exitCode;
+    const char* says;  ///< what stdout (exit 0) or stderr (otherwise) must contain
+};
+
+TEST(CommandTest, RenderExitStatusTellsSuccessFailureAndBadUsageApart) {
+    const testsupport::TempFolder folder;
+    const std::string good = folder.Write("good.texture.json", kGood);
+    const std::string failing = folder.Write("failing.texture.json", kFailing);
+    const std::string unknown = folder.Write("unknown.texture.json", kUnknownType);
+    const std::string malformed = folder.Write("malformed.texture.json", "{\"format\": ");
+    const std::string noDisplay = folder.Write("nodisplay.texture.json", kNoDisplay);
+    const std::string out = "{out}";
+    const Row rows[] = {
+        {{good, "-o", out}, 0, "rendered 1 of 1 image(s)"},
+        {{good, "-o", out, "--threads", "1", "--bits", "16"}, 0, "5 x 5"},
+        {{failing, "-o", out}, 1, "no input image"},
+        {{good, "-o", (folder / "no/such/folder/out.png")}, 1, "cannot write"},
+        {{folder / "missing.texture.json", "-o", out}, 2, "missing.texture.json"},
+        {{unknown, "-o", out}, 2, "Test Fil"},
+        {{malformed, "-o", out}, 2, "malformed.texture.json"},
+        {{noDisplay, "-o", out}, 2, "--node ID or --all"},
+        {{good, "--node", "nosuch", "-o", out}, 2, "nosuch"},
+        {{good, "--node", "fill", "--node", "inv", "-o", out}, 2, "-O DIR"},
+        {{good, "-o", out, "--threads", "0"}, 2, "--threads"},
+        {{good, "-o", out, "--bits", "12"}, 2, "--bits"},
+        {{good, "--all", "-o", out}, 2, "--all"},
+    };
+    int index = 0;
+    for (const Row& row : rows) {
+        const std::string image = folder / ("out-" + std::to_string(index++) + ".png");
+        std::vector<std::string> arguments{
+            "--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so", "render"};
+        for (const std::string& argument : row.arguments)
+            arguments.push_back(argument == out ? image : argument);
+        const testsupport::CommandResult result = testsupport::RunTexture(arguments);
+        SCOPED_TRACE(testing::PrintToString(row.arguments) + "\nstdout: " + result.out +
+                     "\nstderr: " + result.err);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        const std::string& said = row.exitCode == 0 ? result.out : result.err;
+        EXPECT_NE(said.find(row.says), std::string::npos) << "missing: " << row.says;
+        EXPECT_EQ(std::filesystem::exists(image), row.exitCode == 0);
+    }
+}
+
+}  // namespace
