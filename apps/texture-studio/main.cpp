@@ -168,7 +168,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     // Before the plug-in loads, so that no render can start with other options.
-    Engine::Get()->SetRenderOptions(RenderOptions{static_cast<unsigned>(threadCount)});
+    RenderOptions options;
+    options.threads = static_cast<unsigned>(threadCount);
+    Engine::Get()->SetRenderOptions(options);
 
     int status = 0;
     {

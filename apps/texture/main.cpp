@@ -136,7 +136,9 @@ int main(int argc, char** argv) {
         render.outputFolder = ".";
 
     // Before the plug-in loads, so that no render can start with other options.
-    Engine::Get()->SetRenderOptions(RenderOptions{static_cast<unsigned>(threads)});
+    RenderOptions options;
+    options.threads = static_cast<unsigned>(threads);
+    Engine::Get()->SetRenderOptions(options);
     if (maxSize > 0)
         Image::SetMaxSize(maxSize, maxSize);
     if (verbose)

@@ -7,7 +7,8 @@
 
 #include "host/TileManifest.h"
 #include "host/TilePlan.h"
-#include "tests/host/CliTestSupport.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TextureCommand.h"
 #include "tests/tiles/TilesTestSupport.h"
 
 using namespace tilestest;
@@ -17,7 +18,7 @@ namespace {
 
 /// Cuts the known image into a 3 x 2 split, writes each tile with its manifest in `folder` and
 /// runs `texture assemble` on the manifests, spoilt first by `spoil`, into `out`.
-clitest::RunResult Assemble(const clitest::ScratchFolder& folder, const std::string& extension,
+testsupport::CommandResult Assemble(const testsupport::TempFolder& folder, const std::string& extension,
                             int bits, const std::string& out,
                             const std::function<void(Manifests&)>& spoil = {}) {
     const TilePlan plan = *TilePlan::Split(kWidth, kHeight, 3, 2, nullptr);
@@ -34,10 +35,9 @@ clitest::RunResult Assemble(const clitest::ScratchFolder& folder, const std::str
     }
     if (spoil)
         spoil(manifests);
-    std::string arguments = "assemble -o '" + out + "'";
-    for (const std::string& manifest : manifests)
-        arguments += " '" + manifest + "'";
-    return clitest::RunTexture(arguments, folder);
+    std::vector<std::string> arguments = {"assemble", "-o", out};
+    arguments.insert(arguments.end(), manifests.begin(), manifests.end());
+    return testsupport::RunTexture(arguments);
 }
 
 TEST(AssembleTest, CompleteSplitEqualsTheWholeImage) {
@@ -45,12 +45,12 @@ TEST(AssembleTest, CompleteSplitEqualsTheWholeImage) {
     // The output takes the tiles' bits: 16-bit tiles would not survive an 8-bit PNG.
     for (const auto& [extension, bits] : {std::pair{".exr", 32}, std::pair{".png", 16}}) {
         SCOPED_TRACE(extension);
-        clitest::ScratchFolder folder;
+        testsupport::TempFolder folder;
         const std::string out = folder / (std::string("out") + extension);
         const std::string reference = folder / (std::string("whole") + extension);
         ASSERT_TRUE(KnownPixels({0, 0, kWidth, kHeight})
                         ->WriteFile(reference, bits == 16 ? 16 : 8, nullptr));
-        const clitest::RunResult run = Assemble(folder, extension, bits, out);
+        const testsupport::CommandResult run = Assemble(folder, extension, bits, out);
         ASSERT_EQ(run.exitCode, 0) << run.err;
         EXPECT_TRUE(SameFiles(out, reference));
     }
@@ -79,8 +79,8 @@ TEST(AssembleTest, IncompleteDuplicatedOrForeignTilesAreRefusedByName) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        clitest::ScratchFolder folder;
-        const clitest::RunResult run = Assemble(folder, ".png", 8, folder / "out.png", c.spoil);
+        testsupport::TempFolder folder;
+        const testsupport::CommandResult run = Assemble(folder, ".png", 8, folder / "out.png", c.spoil);
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_NE(run.err.find(c.named), std::string::npos) << run.err;
         EXPECT_FALSE(std::filesystem::exists(folder / "out.png"));

@@ -5,7 +5,7 @@
 
 #include "host/ImageStreamWriter.h"
 #include "host/TilePlan.h"
-#include "tests/host/CliTestSupport.h"
+#include "tests/support/TempFolder.h"
 #include "tests/tiles/TilesTestSupport.h"
 
 using namespace tilestest;
@@ -39,7 +39,7 @@ TEST(TilePlanTest, TilesHaveThePromisedShapes) {
 TEST(StreamTest, PiecesInAnyOrderEqualTheOnePieceFile) {
     // The image library's workers are invisible to the thread sanitizer; keep its work here.
     OIIO::attribute("threads", 1);
-    const clitest::ScratchFolder folder;
+    const testsupport::TempFolder folder;
     const struct {
         const char* name;
         int bits, fileTile;      // file tile 0: scanlines
@@ -74,7 +74,7 @@ TEST(StreamTest, PiecesInAnyOrderEqualTheOnePieceFile) {
 }
 
 TEST(StreamTest, MisuseIsRefusedWithTheReason) {
-    const clitest::ScratchFolder folder;
+    const testsupport::TempFolder folder;
     const struct {
         const char* file;
         ImageStreamOptions options;
