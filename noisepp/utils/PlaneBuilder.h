@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/utils/Builder.h"
@@ -25,6 +27,8 @@ public:
     /// The constant third coordinate of every sample.
     void setZValue(double z) { mZValue = z; }
     void setSeamless(bool seamless) { mSeamless = seamless; }
+    /// Workers of the pipeline build() creates when given none; 0 means one per processor.
+    void setThreadCount(std::size_t threads) { mThreadCount = threads; }
 
     /// Compiles the module into a pipeline of its own (threaded on machines with two or more
     /// processors) and fills the destination.
@@ -44,6 +48,7 @@ private:
     double mUpperBoundY = 0.0;
     double mZValue = 0.0;
     bool mSeamless = false;
+    std::size_t mThreadCount = 0;
 };
 
 }  // namespace noisepp::utils

@@ -2,14 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "host/Engine.h"
 #include "host/GradientNode.h"
 #include "host/Image.h"
 #include "nodes/TextureGradientNode.h"
+#include "nodes/TexturePerlinNode.h"
 #include "noisepp/modules/GradientModule.h"
-#include "tests/nodes/ModifierNodeTestSupport.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 
@@ -42,15 +44,15 @@ struct ExpectedStop {
 class GradientNodeTest : public testing::Test {
 protected:
     void SetUp() override {
-        source = graph.addVaryingSource(4);
-        node = graph.add<TextureGradientNode>();
-        graph.connect(source, node, "texture");
+        source = graph.Add<TexturePerlinNode>("source");
+        node = graph.Add<TextureGradientNode>("gradient");
+        graph.Connect(source, node, "texture");
     }
 
     /// Evaluates the node and expects its gradient to hold exactly these stops, with the span
     /// to each next stop prepared, and this interpolation mode.
     void expectStops(const std::vector<ExpectedStop>& expected, std::int32_t mode) {
-        const auto* module = dynamic_cast<const noisepp::GradientModule*>(graph.evaluate(node));
+        const auto* module = dynamic_cast<const noisepp::GradientModule*>(graph.Evaluate(node));
         ASSERT_NE(module, nullptr);
         EXPECT_EQ(module->getGradient().getMode(), mode);
         const std::vector<ColorGradient::Stop>& stops = module->getGradient().getStops();
@@ -73,11 +75,13 @@ protected:
             pixels.insert(pixels.end(), {c.red, c.green, c.blue, c.opacity});
         pixels.resize(pixels.size() * 2, 0.5f);
         const int width = static_cast<int>(bottom.size());
-        graph.connect(graph.add<ImageSourceNode>(new Image(width, 2, 0, pixels.data())), node,
+        const std::string id = "image" + std::to_string(++images);
+        graph.Connect(graph.Add<ImageSourceNode>(id, new Image(width, 2, 0, pixels.data())), node,
                       "gradient");
     }
 
-    modtest::Graph graph;
+    gentest::NodeGraph graph;
+    int images = 0;
     Node* source = nullptr;
     TextureGradientNode* node = nullptr;
 };
@@ -128,7 +132,7 @@ TEST_F(GradientNodeTest, PrefersTheImageToItsOwnGradientUntilTheImageGoes) {
 
     graph.engine.Disconnect(node, node->FindInplug("texture"));
     connectImage({{1, 1, 1, 1}});
-    EXPECT_EQ(graph.evaluate(node), nullptr) << "an image alone is no texture";
+    EXPECT_EQ(graph.Evaluate(node), nullptr) << "an image alone is no texture";
 }
 
 TEST_F(GradientNodeTest, AnEditRecordedForUndoIsUndoneInTheNextTexture) {

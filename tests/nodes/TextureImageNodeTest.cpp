@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "GeneratorNodeTestSupport.h"
 #include "host/Image.h"
 #include "nodes/TextureImageNode.h"
 #include "noisepp/modules/ImageModule.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 

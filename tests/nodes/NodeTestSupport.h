@@ -1,6 +1,6 @@
 #pragma once
 
-// Shared by the generator node tests: a local engine that adds nodes, sets attributes and
+// Shared by the node tests: a local engine that adds and links nodes, sets attributes and
 // hands back the module a node published, and a bit-for-bit comparison of two module trees.
 
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "host/Engine.h"
 #include "host/Node.h"
@@ -22,12 +23,21 @@ namespace gentest {
 /// Nodes in a local engine, driven as a host drives them.
 class NodeGraph {
 public:
-    template <class NodeClass>
-    NodeClass* Add(const std::string& id) {
+    template <class NodeClass, class... Args>
+    NodeClass* Add(const std::string& id, Args&&... args) {
         std::string error;
-        Node* node = engine.AddNode(std::make_unique<NodeClass>(), id, &error);
+        Node* node =
+            engine.AddNode(std::make_unique<NodeClass>(std::forward<Args>(args)...), id, &error);
         EXPECT_NE(node, nullptr) << error;
         return static_cast<NodeClass*>(node);
+    }
+
+    /// Links output 0 of `from` to the inplug named `input` of `to`.
+    void Connect(Node* from, Node* to, const std::string& input) {
+        std::string error;
+        ASSERT_TRUE(
+            engine.Connect(from, 0, to, static_cast<unsigned>(to->FindInplug(input)), &error))
+            << error;
     }
 
     void Set(Node* node, unsigned attributeId, const NodeValue& value) {
