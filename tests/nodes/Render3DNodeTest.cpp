@@ -1,8 +1,8 @@
 // Render 3D Texture node: the texture-space mapping (surface point, scale, rotation
 // signs and order, translation), driving images (grey and colour, per pixel) and their
 // size-mismatch warnings, frame rounding, the size limit, missing texture and mesh, scene
-// caching and the engine events that invalidate it, thread independence, the release event
-// and the built-in self-check.
+// caching and the engine events that invalidate it, thread independence, log lines and
+// the built-in self-check.
 
 #include <gtest/gtest.h>
 
@@ -335,7 +335,8 @@ TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {
     EXPECT_EQ(single, threaded);
 }
 
-TEST_F(Render3DNodeTest, ReleasesItsImageOnTheReleaseEventAndLogsItsRender) {
+// Releasing the image is the render base's and tested with Render 2D.
+TEST_F(Render3DNodeTest, LogsItsRender) {
     const rendertest::LogCapture log;
     NodeValue kept = graph.Render();
     ASSERT_NE(kept.GetImage(), nullptr);
@@ -346,11 +347,6 @@ TEST_F(Render3DNodeTest, ReleasesItsImageOnTheReleaseEventAndLogsItsRender) {
         return rendertest::IsTimingLine(
             line, "Texture.dll ImageRender3DTextureNode::Evaluate - Render uv scene: ");
     }));
-    graph.render->ProcessEvent(NodeEvent::kInputsChanged, 0);
-    EXPECT_EQ(graph.render->GetOutputImage(0), kept.GetImage());
-    graph.engine.ReleaseOutputs(graph.render);
-    EXPECT_EQ(graph.render->GetOutputImage(0), nullptr);
-    EXPECT_EQ(kept.GetImage()->GetRefCount(), 1);
 }
 
 TEST_F(Render3DNodeTest, TheSelfCheckPassesAndRestoresTheScene) {
