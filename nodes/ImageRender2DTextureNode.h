@@ -7,13 +7,8 @@
 /// "seamless" blends the image so that it tiles. Without a texture the image is opaque black.
 class ImageRender2DTextureNode : public RenderNode {
 public:
-    enum AttributeId : unsigned {
-        kStartX = 1,
-        kStartY = 2,
-        kStartZ = 3,
-        kRange = 4,
-        kSeamless = 5,
-    };
+    /// After the frame, id 0.
+    enum AttributeId : unsigned { kStartX = kFrame + 1, kStartY, kStartZ, kRange, kSeamless };
 
     ImageRender2DTextureNode();
 

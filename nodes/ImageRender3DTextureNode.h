@@ -20,19 +20,20 @@ class RenderUvScene;
 /// evaluations until the size, the mesh or the document's models change.
 class ImageRender3DTextureNode : public RenderNode {
 public:
+    /// After the frame, id 0; each axis triple is consecutive.
     enum AttributeId : unsigned {
-        kMesh = 1,
-        kTranslateX = 2,
-        kTranslateY = 3,
-        kTranslateZ = 4,
-        kRotateX = 5,
-        kRotateY = 6,
-        kRotateZ = 7,
-        kScaleX = 8,
-        kScaleY = 9,
-        kScaleZ = 10,
-        kSamples = 11,
-        kPrefilter = 12,
+        kMesh = kFrame + 1,
+        kTranslateX,
+        kTranslateY,
+        kTranslateZ,
+        kRotateX,
+        kRotateY,
+        kRotateZ,
+        kScaleX,
+        kScaleY,
+        kScaleZ,
+        kSamples,
+        kPrefilter,
     };
     enum RegularInputId : unsigned {
         kTextureInput = 0,

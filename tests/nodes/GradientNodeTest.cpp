@@ -18,24 +18,6 @@ namespace {
 using noisepp::ColorGradient;
 using noisepp::TextureColor;
 
-/// Output 0 "image": always the image it was made with.
-class ImageSourceNode : public Node {
-public:
-    explicit ImageSourceNode(Image* image) : mImage(image) {
-        mImage->AddRef();
-        mOutputs.push_back({0, kImagePlug, "image"});
-        UpdateInplugsAndOutplugs();
-    }
-    ~ImageSourceNode() override { mImage->Release(); }
-    NodeType GetNodeType() const override { return {99, 304, 2}; }
-    std::string GetTypeName() const override { return "Test Image"; }
-    void Evaluate(unsigned, Value**) override {}
-    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
-
-private:
-    Image* mImage;
-};
-
 struct ExpectedStop {
     float position;
     TextureColor color;
@@ -76,8 +58,9 @@ protected:
         pixels.resize(pixels.size() * 2, 0.5f);
         const int width = static_cast<int>(bottom.size());
         const std::string id = "image" + std::to_string(++images);
-        graph.Connect(graph.Add<ImageSourceNode>(id, new Image(width, 2, 0, pixels.data())), node,
-                      "gradient");
+        auto* source = graph.Add<gentest::ImageSourceNode>(id);
+        source->SetImage(new Image(width, 2, 0, pixels.data()));
+        graph.Connect(source, node, "gradient");
     }
 
     gentest::NodeGraph graph;
