@@ -54,20 +54,6 @@ protected:
     RenderGraph<ImageRender2DTextureNode> graph;
 };
 
-TEST_F(Render2DNodeTest, DefaultsSampleTheUnitSquareAt512Pixels) {
-    graph.SetTexture(&perlin);
-    const NodeValue output = graph.Render();
-    const Image* image = output.GetImage();
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->GetSizeX(), 512);
-    EXPECT_EQ(image->GetSizeY(), 512);
-    EXPECT_EQ(image->GetPinX(), 0);
-    EXPECT_EQ(image->GetPinY(), 0);
-    const float* data = image->GetConstArray();
-    EXPECT_EQ(std::vector<float>(data, data + 512 * 512 * 4),
-              BuilderPixels(perlin, 512, 512, 0.0, 0.0, 1.0, 1.0, 0.0, false));
-}
-
 TEST_F(Render2DNodeTest, MatchesThePlaneBuilderWithCoordinatesNarrowedToFloat) {
     graph.SetTexture(&perlin);
     SetFrame(0, 0, 40, 24);
