@@ -5,7 +5,7 @@
 namespace {
 
 using Module = noisepp::BlendModule;
-using Node_ = TextureBlendNode;
+using ThisNode = TextureBlendNode;
 
 // The blend functions in the order of their indices; the engine's unnamed seventeenth
 // function is deliberately out of the user's reach.
@@ -21,18 +21,18 @@ void setMode(Module& module, const Node& node, Node::Value** inputs, unsigned id
     module.setMode(mode >= 0 && mode < kModeCount ? static_cast<std::uint32_t>(mode) : 0u);
 }
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = {
-        {choice(Node_::kMode, "mode", 0, kModes,
+    static const std::vector<ThisNode::Row> table = {
+        {choice(ThisNode::kMode, "mode", 0, kModes,
                 "How the foreground's colours combine with the background's."),
          setMode},
-        {number(Node_::kOpacity, "opacity", 1.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kOpacity, "opacity", 1.0, 0.0, 1.0, 0.01, 3,
                 "Strength of the foreground; 0 shows the background alone."),
          asFloat<&Module::setOpacity>},
-        {colour(Node_::kColorBg, "color_bg", kOpaqueBlack,
+        {colour(ThisNode::kColorBg, "color_bg", kOpaqueBlack,
                 "Plain background used while tex_bg is empty.")},
-        {colour(Node_::kColorFg, "color_fg", kOpaqueWhite,
+        {colour(ThisNode::kColorFg, "color_fg", kOpaqueWhite,
                 "Plain foreground used while tex_fg is empty.")},
     };
     return table;

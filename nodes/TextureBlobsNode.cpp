@@ -3,33 +3,33 @@
 namespace {
 
 using Module = noisepp::BlobsModule;
-using Node_ = TextureBlobsNode;
+using ThisNode = TextureBlobsNode;
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = {
-        {number(Node_::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
                 "Lattice cells per unit; higher values give smaller, closer blobs."),
          asFloat<&Module::setFrequency>},
-        {choice(Node_::kInteraction, "interaction", 0, "small,large",
+        {choice(ThisNode::kInteraction, "interaction", 0, "small,large",
                 "Large doubles the radii and lets a blob reach two cells instead of one."),
          [](Module& module, const Node& node, Node::Value** inputs, unsigned id) {
              module.setLargeInteraction(readChoice(node, inputs, id) == 1);
          }},
-        {number(Node_::kMinRadius, "min_radius", 1.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kMinRadius, "min_radius", 1.0, 0.0, 1.0, 0.01, 3,
                 "Smallest blob radius, in cells. Above max_radius, radii vary between the "
                 "two; otherwise every blob takes their mean.")},
-        {number(Node_::kMaxRadius, "max_radius", 1.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kMaxRadius, "max_radius", 1.0, 0.0, 1.0, 0.01, 3,
                 "Largest blob radius, in cells.")},
-        {number(Node_::kDensity, "density", 0.5, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kDensity, "density", 0.5, 0.0, 1.0, 0.01, 3,
                 "Share of the cells holding a blob."),
          asFloat<&Module::setDensity>},
-        {number(Node_::kSeed, "seed", 0.0, 0.0, 255.0, 1.0, 0,
+        {number(ThisNode::kSeed, "seed", 0.0, 0.0, 255.0, 1.0, 0,
                 "Picks another scattering of the same character."),
          asWhole<&Module::setSeed>},
-        {colour(Node_::kColorA, "color_a", kOpaqueBlack, "Colour between the blobs."),
+        {colour(ThisNode::kColorA, "color_a", kOpaqueBlack, "Colour between the blobs."),
          asColor<&Module::setColorA>},
-        {colour(Node_::kColorB, "color_b", kOpaqueWhite, "Colour at the centre of a blob."),
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "Colour at the centre of a blob."),
          asColor<&Module::setColorB>},
     };
     return table;

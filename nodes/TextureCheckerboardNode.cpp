@@ -3,16 +3,16 @@
 namespace {
 
 using Module = noisepp::CheckerboardModule;
-using Node_ = TextureCheckerboardNode;
+using ThisNode = TextureCheckerboardNode;
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = {
+    static const std::vector<ThisNode::Row> table = {
         {colour(
-             Node_::kColorA, "color_a", kOpaqueBlack, "opacity_a",
+             ThisNode::kColorA, "color_a", kOpaqueBlack, "opacity_a",
              "Colour of the square above right of the origin and of every second square from it."),
          asColor<&Module::setColorA>},
-        {colour(Node_::kColorB, "color_b", kOpaqueWhite, "opacity_b",
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "opacity_b",
                 "Colour of the squares in between."),
          asColor<&Module::setColorB>},
     };

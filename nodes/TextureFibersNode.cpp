@@ -3,48 +3,48 @@
 namespace {
 
 using Module = noisepp::FibersModule;
-using Node_ = TextureFibersNode;
+using ThisNode = TextureFibersNode;
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = {
-        {number(Node_::kScale, "scale", 1.0, 0.0, 1000.0, 0.001, 3,
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kScale, "scale", 1.0, 0.0, 1000.0, 0.001, 3,
                 "Cells per unit; higher values give shorter, denser fibres."),
          asFloat<&Module::setScale>},
-        {number(Node_::kAspect, "aspect", 1.0, 1.0, 5.0, 1.0, 0,
+        {number(ThisNode::kAspect, "aspect", 1.0, 1.0, 5.0, 1.0, 0,
                 "Length of a cell, and of the longest fibre, in cell widths."),
          asFloat<&Module::setAspect>},
-        {number(Node_::kFibers, "fibers", 4.0, 1.0, 256.0, 1.0, 0, "Fibre slots per cell."),
+        {number(ThisNode::kFibers, "fibers", 4.0, 1.0, 256.0, 1.0, 0, "Fibre slots per cell."),
          asWhole<&Module::setFibers>},
-        {number(Node_::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
                 "Fibre length: 1 makes every fibre full length, 0 mostly short ones."),
          asFloat<&Module::setBias>},
-        {number(Node_::kAlignment, "alignment", 0.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kAlignment, "alignment", 0.0, 0.0, 1.0, 0.01, 3,
                 "0 lays fibres in random directions, 1 every fibre along x."),
          asFloat<&Module::setAlignment>},
-        {number(Node_::kDensity, "density", 1.0, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kDensity, "density", 1.0, 0.0, 1.0, 0.01, 3,
                 "Share of the slots holding a fibre."),
          asFloat<&Module::setDensity>},
-        {choice(Node_::kShape, "shape", 0, "smooth,box,cylinder",
+        {choice(ThisNode::kShape, "shape", 0, "smooth,box,cylinder",
                 "Cross-section of a fibre: soft, flat or round."),
          asChoice<&Module::setShape>},
-        {number(Node_::kSize, "size", 0.5, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kSize, "size", 0.5, 0.0, 1.0, 0.01, 3,
                 "Width of the widest fibres; 0 hides them all."),
          asFloat<&Module::setSize>},
-        {number(Node_::kFade, "fade", 0.5, 0.0, 1.0, 0.01, 3, "Softness of the fibre edges."),
+        {number(ThisNode::kFade, "fade", 0.5, 0.0, 1.0, 0.01, 3, "Softness of the fibre edges."),
          asFloat<&Module::setFade>},
-        {number(Node_::kSizeBias, "size_bias", 0.5, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kSizeBias, "size_bias", 0.5, 0.0, 1.0, 0.01, 3,
                 "Fibre width: 1 makes every fibre full width, 0 mostly thin ones."),
          asFloat<&Module::setSizeBias>},
-        {number(Node_::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
+        {number(ThisNode::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
                 "Picks another pattern of the same character."),
          asWhole<&Module::setSeed>},
-        {colour(Node_::kColorMatrix, "color_matrix", Rgbo{0.5, 0.5, 0.5, 1.0},
+        {colour(ThisNode::kColorMatrix, "color_matrix", Rgbo{0.5, 0.5, 0.5, 1.0},
                 "Colour between the fibres while the matrix input is empty."),
          asColor<&Module::setColorMatrix>},
-        {colour(Node_::kColorA, "color_a", kOpaqueBlack, "One end of the fibre colours."),
+        {colour(ThisNode::kColorA, "color_a", kOpaqueBlack, "One end of the fibre colours."),
          asColor<&Module::setColorA>},
-        {colour(Node_::kColorB, "color_b", kOpaqueWhite, "The other end of the fibre colours."),
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "The other end of the fibre colours."),
          asColor<&Module::setColorB>},
     };
     return table;

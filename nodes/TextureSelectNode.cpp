@@ -3,17 +3,17 @@
 namespace {
 
 using Module = noisepp::SelectModule;
-using Node_ = TextureSelectNode;
+using ThisNode = TextureSelectNode;
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = {
-        {number(Node_::kLow, "low", 0.1, 0.0, 1.0, 0.01, 3,
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kLow, "low", 0.1, 0.0, 1.0, 0.01, 3,
                 "Control grey where tex_b starts; keep it below high."),
          asFloat<&Module::setLowerBound>},
-        {number(Node_::kHigh, "high", 0.9, 0.0, 1.0, 0.01, 3, "Control grey where tex_b ends."),
+        {number(ThisNode::kHigh, "high", 0.9, 0.0, 1.0, 0.01, 3, "Control grey where tex_b ends."),
          asFloat<&Module::setUpperBound>},
-        {number(Node_::kFalloff, "fallof", 0.1, 0.0, 1.0, 0.01, 3,
+        {number(ThisNode::kFalloff, "fallof", 0.1, 0.0, 1.0, 0.01, 3,
                 "Width of the soft edge on each side of both bounds; 0 gives hard edges."),
          asFloat<&Module::setEdgeFalloff>},
     };

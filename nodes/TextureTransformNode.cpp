@@ -4,32 +4,32 @@
 
 namespace {
 
-using Node_ = TextureTransformNode;
+using ThisNode = TextureTransformNode;
 
 texture::AttributeDeclaration symmetric(unsigned id, const char* name, double value, double limit,
                                         double step, int decimals, const char* description) {
     return texture::number(id, name, value, -limit, limit, step, decimals, description);
 }
 
-const std::vector<Node_::Row>& rows() {
-    static const std::vector<Node_::Row> table = {
-        {symmetric(Node_::kTranslationX, "translation_x", 0.0, 10000.0, 0.01, 3,
+const std::vector<ThisNode::Row>& rows() {
+    static const std::vector<ThisNode::Row> table = {
+        {symmetric(ThisNode::kTranslationX, "translation_x", 0.0, 10000.0, 0.01, 3,
                    "Moves the texture along x, in texture units.")},
-        {symmetric(Node_::kTranslationY, "translation_y", 0.0, 10000.0, 0.01, 3,
+        {symmetric(ThisNode::kTranslationY, "translation_y", 0.0, 10000.0, 0.01, 3,
                    "Moves the texture along y, in texture units.")},
-        {symmetric(Node_::kTranslationZ, "translation_z", 0.0, 10000.0, 0.01, 3,
+        {symmetric(ThisNode::kTranslationZ, "translation_z", 0.0, 10000.0, 0.01, 3,
                    "Moves the texture along z, in texture units.")},
-        {symmetric(Node_::kRotationX, "rotation_x", 0.0, 360.0, 1.0, 2,
+        {symmetric(ThisNode::kRotationX, "rotation_x", 0.0, 360.0, 1.0, 2,
                    "Turns the texture about the x axis, in degrees.")},
-        {symmetric(Node_::kRotationY, "rotation_y", 0.0, 360.0, 1.0, 2,
+        {symmetric(ThisNode::kRotationY, "rotation_y", 0.0, 360.0, 1.0, 2,
                    "Turns the texture about the y axis, in degrees.")},
-        {symmetric(Node_::kRotationZ, "rotation_z", 0.0, 360.0, 1.0, 2,
+        {symmetric(ThisNode::kRotationZ, "rotation_z", 0.0, 360.0, 1.0, 2,
                    "Turns the texture about the z axis, in degrees.")},
-        {symmetric(Node_::kScaleX, "scale_x", 1.0, 10000.0, 0.01, 3,
+        {symmetric(ThisNode::kScaleX, "scale_x", 1.0, 10000.0, 0.01, 3,
                    "Stretches the texture along x; 2 makes its features twice as wide.")},
-        {symmetric(Node_::kScaleY, "scale_y", 1.0, 10000.0, 0.01, 3,
+        {symmetric(ThisNode::kScaleY, "scale_y", 1.0, 10000.0, 0.01, 3,
                    "Stretches the texture along y.")},
-        {symmetric(Node_::kScaleZ, "scale_z", 1.0, 10000.0, 0.01, 3,
+        {symmetric(ThisNode::kScaleZ, "scale_z", 1.0, 10000.0, 0.01, 3,
                    "Stretches the texture along z.")},
     };
     return table;

@@ -5,31 +5,31 @@
 namespace {
 
 using Module = noisepp::VoronoiModule;
-using Node_ = TextureVoronoiNode;
+using ThisNode = TextureVoronoiNode;
 
-const std::vector<Node_::Row>& rows() {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    static const std::vector<Node_::Row> table = [] {
-        std::vector<Node_::Row> rows = {
-            {number(Node_::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
+    static const std::vector<ThisNode::Row> table = [] {
+        std::vector<ThisNode::Row> rows = {
+            {number(ThisNode::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
                     "Cells per unit; higher values give smaller cells.")
                  .Frequency(),
              asFloat<&Module::setFrequency>},
-            {number(Node_::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
+            {number(ThisNode::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
                     "How far the cell centres stray from a regular grid."),
              asFloat<&Module::setBias>},
-            {choice(Node_::kShape, "shape", 0, "flat,cells,chips,edges",
+            {choice(ThisNode::kShape, "shape", 0, "flat,cells,chips,edges",
                     "Flat shades, shades darkening towards the cell centres, chips, or the cell "
                     "borders."),
              asChoice<&Module::setShape>},
-            {number(Node_::kDisplacement, "displacement", 1.0, 0.0, 1.0, 0.01, 3,
+            {number(ThisNode::kDisplacement, "displacement", 1.0, 0.0, 1.0, 0.01, 3,
                     "How much each cell's own random value shows."),
              asFloat<&Module::setDisplacement>},
-            {number(Node_::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
+            {number(ThisNode::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
                     "Picks another pattern of the same character."),
              asWhole<&Module::setSeed>},
         };
-        for (const Node_::Row& row : ColourRampAttributes::Rows<Module>(Node_::kRangeLow))
+        for (const ThisNode::Row& row : ColourRampAttributes::Rows<Module>(ThisNode::kRangeLow))
             rows.push_back(row);
         return rows;
     }();
