@@ -1,10 +1,10 @@
-// Every texture node type of the catalogue samples to the colours recorded in
-// tests/golden/node-samples.txt: at its defaults, with every attribute moved off its default
-// (numbers by two and a half steps, so that whole numbers meet their half-down rounding and
-// the others their float rounding; bools flipped; the last choice; an inexact colour), with
-// each texture input left empty in turn, and with the evaluation flag clear. A row reading
-// "none" means the node offers no texture. Run with TEXTURE_UPDATE_GOLDEN=1 to record the
-// file anew after a deliberate change, and review its diff.
+// Every node type of the catalogue shows the display groups, and every texture node type
+// samples to the colours, recorded in tests/golden/node-samples.txt: at its defaults, with every
+// attribute moved off its default (numbers by two and a half steps, so that whole numbers meet
+// their half-down rounding and the others their float rounding; bools flipped; the last choice; an
+// inexact colour), with each texture input left empty in turn, and with the evaluation flag clear.
+// A row reading "none" means the node offers no texture. Run with TEXTURE_UPDATE_GOLDEN=1 to record
+// the file anew after a deliberate change, and review its diff.
 
 #include <gtest/gtest.h>
 
@@ -35,16 +35,23 @@ struct NodeTypeCase {
     std::function<std::unique_ptr<Node>()> make;
 };
 
-std::vector<NodeTypeCase> textureNodeTypes() {
+std::vector<NodeTypeCase> allNodeTypes() {
 #define TEXTURE_TYPE_CASE(index, NodeClass, name, code, stem) \
     {name, [] { return std::unique_ptr<Node>(std::make_unique<NodeClass>()); }},
-    const std::vector<NodeTypeCase> all = {TEXTURE_ALL_NODES(TEXTURE_TYPE_CASE)};
+    return {TEXTURE_ALL_NODES(TEXTURE_TYPE_CASE)};
 #undef TEXTURE_TYPE_CASE
-    std::vector<NodeTypeCase> textures;
-    for (const NodeTypeCase& type : all)
-        if (type.make()->GetOutplugs().at(0).plugType == Node::kTexturePlug)
-            textures.push_back(type);
-    return textures;
+}
+
+/// The display groups an attributes page shows, as "id:component,component ...".
+std::string displayGroups(const Node& node) {
+    std::string text;
+    for (const Node::CombinedAttribute& group : node.GetCombinedAttributes()) {
+        text += std::to_string(group.attributeId) + ":";
+        for (const std::string& name : group.componentNames)
+            text += name + ",";
+        text += " ";
+    }
+    return text;
 }
 
 /// The value two and a half steps off the default, towards whichever bound leaves room.
@@ -124,7 +131,10 @@ public:
 /// Row key -> samples, for every type and configuration.
 std::map<std::string, std::string> sampleEveryType() {
     std::map<std::string, std::string> rows;
-    for (const NodeTypeCase& type : textureNodeTypes()) {
+    for (const NodeTypeCase& type : allNodeTypes()) {
+        rows[type.name + "|display groups"] = displayGroups(*type.make());
+        if (type.make()->GetOutplugs().at(0).plugType != Node::kTexturePlug)
+            continue;
         {
             Fixture fixture(type);
             rows[type.name + "|defaults"] = fixture.Samples();
