@@ -24,6 +24,14 @@ public:
     /// the document's folder when it lies inside it.
     enum Kind { kNumber, kBool, kChoice, kColor, kPoint, kFrame, kMesh, kText, kFile };
 
+    /// How an attributes page presents the attribute's row.
+    struct DisplayHint {
+        /// Shown as the row's label instead of the attribute's name when not empty.
+        std::string label;
+        /// The attribute is a frequency: its spinner drags logarithmically.
+        bool frequency = false;
+    };
+
     Attribute(Node* node, unsigned id, const std::string& name, double defaultValue, double minimum,
               double maximum, double step, int decimals);
     Attribute(Node* node, unsigned id, const std::string& name, bool defaultValue);
@@ -53,6 +61,12 @@ public:
     double GetStep() const { return mStep; }
     int GetDecimals() const { return mDecimals; }
     const std::vector<std::string>& GetItems() const { return mItems; }
+
+    /// One plain sentence telling a user what the attribute does (empty when undescribed).
+    const std::string& GetDescription() const { return mDescription; }
+    void SetDescription(const std::string& description) { mDescription = description; }
+    const DisplayHint& GetDisplayHint() const { return mHint; }
+    void SetDisplayHint(const DisplayHint& hint) { mHint = hint; }
 
     /// The NodeValue type code of this attribute's values (kNumber for a number, ...).
     unsigned GetValueType() const;
@@ -89,6 +103,8 @@ private:
     double mStep = 0.0;
     int mDecimals = 0;
     std::vector<std::string> mItems;
+    std::string mDescription;
+    DisplayHint mHint;
     NodeValue mDefault;
     NodeValue mValue;
 };

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <string_view>
+
+#include "host/HostTypes.h"
+
 /// The plug-in's node catalogue: one row per node type, the single source from which the
 /// interface and factory classes and the GetNodeInterface dispatch are generated.
 ///
@@ -8,7 +12,7 @@
 ///  - NodeClass: the node class; its interface and factory classes append "Interface" and
 ///    "Factory" to this name;
 ///  - the display name and the code of the type id (10, 304, code), which the node class
-///    reports as well;
+///    reads from here through CatalogueEntry;
 ///  - IconStem: the icons are ":/Texture/Resources/Icons/<stem>.png" (large) and
 ///    "<stem>12.png" (12 pixels).
 
@@ -60,3 +64,24 @@ inline constexpr unsigned kTextureOfferedNodeCount = 0 TEXTURE_OFFERED_NODES(TEX
 
 /// The resource folder of the icons, with its trailing slash.
 #define TEXTURE_ICON_FOLDER ":/Texture/Resources/Icons/"
+
+/// A node class's row as its constructor sees it.
+struct NodeCatalogueEntry {
+    std::string_view nodeClass;
+    const char* typeName;
+    unsigned code;
+
+    constexpr NodeType GetNodeType() const { return {10, 304, code}; }
+};
+
+#define TEXTURE_ENTRY_ROW(index, NodeClass, name, code, stem) {#NodeClass, name, code},
+inline constexpr NodeCatalogueEntry kNodeCatalogue[] = {TEXTURE_ALL_NODES(TEXTURE_ENTRY_ROW)};
+#undef TEXTURE_ENTRY_ROW
+
+/// The row of `nodeClass`; a class missing from the catalogue does not compile.
+consteval const NodeCatalogueEntry& CatalogueEntry(std::string_view nodeClass) {
+    for (const NodeCatalogueEntry& entry : kNodeCatalogue)
+        if (entry.nodeClass == nodeClass)
+            return entry;
+    throw "node class missing from the catalogue";
+}

@@ -6,8 +6,8 @@ class QWidget;
 
 /// Builds the attributes pages the library's node interfaces return. Every node type has
 /// exactly one page, page 0: the gradient editor for the Texture Gradient type, the host's
-/// generic attributes page for every other type, with per-row presentation for the types whose
-/// frequency drags logarithmically or whose rows need a clearer label.
+/// generic attributes page for every other type, each row presented as its attribute's display
+/// hint says.
 class TextureAttributesPage {
 public:
     /// The page for `node` made by `interface`, parented to `parent`; null for a page other

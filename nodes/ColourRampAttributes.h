@@ -1,27 +1,31 @@
 #pragma once
 
-#include <memory>
 #include <vector>
 
-#include "host/Node.h"
-#include "nodes/NodeInputs.h"
+#include "nodes/AttributeRow.h"
 
-/// The four attributes through which a generator node maps its scalar to colours, shared by
-/// the Perlin, Billow, Ridged Multi and Voronoi nodes: "range_low" (0.0) and "range_high"
-/// (1.0), both 0 ... 1 with step 0.001 and 3 decimals, then "color_a" (opaque black) and
-/// "color_b" (opaque white), each shown with its opacity ("opacity_a", "opacity_b").
+/// The four rows through which a generator maps its scalar to colours, shared by the Perlin,
+/// Billow, Ridged Multi and Voronoi nodes: the part of the scalar's range the ramp spans,
+/// then its two end colours, each shown with its opacity.
 class ColourRampAttributes {
 public:
-    /// Appends the four attributes under the consecutive ids firstId ... firstId + 3.
-    static void Declare(Node* node, std::vector<std::unique_ptr<Attribute>>& attributes,
-                        unsigned firstId);
-
-    /// Writes their values into `module`, the range through a 32-bit float.
+    /// The rows under the consecutive ids firstId ... firstId + 3.
     template <class Module>
-    static void Apply(const Node& node, Node::Value** inputs, unsigned firstId, Module& module) {
-        module.setRangeLow(texture::readNumberAsFloat(node, inputs, firstId));
-        module.setRangeHigh(texture::readNumberAsFloat(node, inputs, firstId + 1));
-        module.setColorA(texture::readColor(node, inputs, firstId + 2));
-        module.setColorB(texture::readColor(node, inputs, firstId + 3));
+    static std::vector<texture::AttributeRow<Module>> Rows(unsigned firstId) {
+        using namespace texture;
+        return {
+            {number(firstId, "range_low", 0.0, 0.0, 1.0, 0.001, 3,
+                    "The noise value shown as colour A; lower values stay colour A."),
+             asFloat<&Module::setRangeLow>},
+            {number(firstId + 1, "range_high", 1.0, 0.0, 1.0, 0.001, 3,
+                    "The noise value shown as colour B; higher values stay colour B."),
+             asFloat<&Module::setRangeHigh>},
+            {colour(firstId + 2, "color_a", kOpaqueBlack, "opacity_a",
+                    "Colour at the low end of the ramp."),
+             asColor<&Module::setColorA>},
+            {colour(firstId + 3, "color_b", kOpaqueWhite, "opacity_b",
+                    "Colour at the high end of the ramp."),
+             asColor<&Module::setColorB>},
+        };
     }
 };

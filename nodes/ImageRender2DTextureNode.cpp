@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 #include "host/Image.h"
@@ -22,66 +21,30 @@ constexpr double kStartStep = static_cast<double>(0.1f);
 // Keeps the builder's bounds strictly ordered whatever range the user enters.
 constexpr float kMinimumRange = 0.001f;
 
-int toPixels(double value) {
-    return static_cast<int>(texture::roundHalfDown(value));
-}
-
 }  // namespace
 
-ImageRender2DTextureNode::ImageRender2DTextureNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(
-        this, kFrame, "frame", Frame{0.0, 0.0, 512.0, 512.0}, -8000.0, 8000.0, 1.0, 0));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kStartX, "start_x", 0.0, -10000.0,
-                                                      10000.0, kStartStep, 2));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kStartY, "start_y", 0.0, -10000.0,
-                                                      10000.0, kStartStep, 2));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kStartZ, "start_z", 0.0, -10000.0,
-                                                      10000.0, kStartStep, 2));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kRange, "range", Point{1.0, 1.0}, 0.0, 8000.0, 1.0, 2));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kSeamless, "seamless", false));
-    AddCombinedFramePositionSizeAttribute(kFrame, "position_x", "position_y", "size_x", "size_y");
-    AddCombinedPointAttribute(kRange, "range_x", "range_y");
-    mRegularInputs.push_back({kTextureInput, kTexturePlug, "texture", 0, 0});
-    mOutputs.push_back({0, kImagePlug, "image", 0});
+ImageRender2DTextureNode::ImageRender2DTextureNode()
+    : RenderNode(CatalogueEntry("ImageRender2DTextureNode")) {
+    using namespace texture;
+    number(kStartX, "start_x", 0.0, -10000.0, 10000.0, kStartStep, 2,
+           "Texture-space x of the image's left edge.")
+        .DeclareOn(*this, mAttributes);
+    number(kStartY, "start_y", 0.0, -10000.0, 10000.0, kStartStep, 2,
+           "Texture-space y of the image's top edge.")
+        .DeclareOn(*this, mAttributes);
+    number(kStartZ, "start_z", 0.0, -10000.0, 10000.0, kStartStep, 2,
+           "Depth of the slice through the texture; change it for a related variation.")
+        .DeclareOn(*this, mAttributes);
+    point(kRange, "range", Point{1.0, 1.0}, 0.0, 8000.0, 1.0, 2,
+          "Texture-space width and height the image covers; larger values zoom out.")
+        .Grouped({"range_x", "range_y"})
+        .DeclareOn(*this, mAttributes);
+    boolean(kSeamless, "seamless", false, "Blends the edges so that the image tiles seamlessly.")
+        .DeclareOn(*this, mAttributes);
     UpdateInplugsAndOutplugs();
 }
 
-ImageRender2DTextureNode::~ImageRender2DTextureNode() {
-    ReleaseImage();
-}
-
-NodeType ImageRender2DTextureNode::GetNodeType() const {
-    return NodeType{10, 304, 0};
-}
-
-std::string ImageRender2DTextureNode::GetTypeName() const {
-    return "Render 2D Texture";
-}
-
-bool ImageRender2DTextureNode::OnProcessEvent(const NodeEvent& event) {
-    if (event.type == NodeEvent::kReleaseOutputs)
-        ReleaseImage();
-    return true;
-}
-
-Image* ImageRender2DTextureNode::GetOutputImage(unsigned index) {
-    return index == 0 ? mImage : nullptr;
-}
-
-void ImageRender2DTextureNode::ReleaseImage() {
-    if (mImage != nullptr)
-        mImage->Release();
-    mImage = nullptr;
-}
-
-void ImageRender2DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
-    ReleaseImage();
-    if (!IsEvaluationEnabled())
-        return;
-    Log::Trace("Texture.dll ImageRender2DTextureNode::Evaluate - start");
-
-    const Frame frame = texture::readFrame(*this, inputs, kFrame);
+void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const PixelFrame& frame) {
     const auto startX = static_cast<float>(texture::readNumber(*this, inputs, kStartX));
     const auto startY = static_cast<float>(texture::readNumber(*this, inputs, kStartY));
     const auto startZ = static_cast<float>(texture::readNumber(*this, inputs, kStartZ));
@@ -89,44 +52,38 @@ void ImageRender2DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
     const auto rangeX = static_cast<float>(range.x);
     const auto rangeY = static_cast<float>(range.y);
     const bool seamless = texture::readBool(*this, inputs, kSeamless);
-
-    const int pinX = toPixels(frame.positionX);
-    const int pinY = toPixels(frame.positionY);
-    const int width = toPixels(frame.sizeX);
-    const int height = toPixels(frame.sizeY);
-    if (width > Image::GetMaxSizeX() || height > Image::GetMaxSizeY()) {
-        SetState(outplug, kStateError, "Output image is larger than maximum image size.");
+    if (!FitsHost(outplug, frame))
         return;
-    }
 
     const texture::TextureInput texture(*this, inputs, kTextureInput);
-    mImage = new Image(width, height, Image::kFloatRgbo, nullptr);
-    mImage->AddRef();
+    PublishNewImage(frame.width, frame.height);
+    Image* image = GetImage();
     Timer timer;
     timer.StartTimer();
 
     if (texture.module() == nullptr) {
         const float opaqueBlack[4] = {0.0f, 0.0f, 0.0f, 1.0f};
-        mImage->Fill(opaqueBlack);
+        image->Fill(opaqueBlack);
     } else {
         const std::size_t pixels =
-            static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+            static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height);
         // At least one entry, so that an empty size is reported as such by the builder rather
         // than as a missing destination.
         std::vector<noisepp::TextureColor> buffer(std::max<std::size_t>(pixels, 1));
         noisepp::utils::PlaneBuilder builder;
         builder.setModule(texture.module());
         builder.setDestination(buffer.data());
-        builder.setSize(width, height);
+        builder.setSize(frame.width, frame.height);
         const float upperX = startX + std::max(kMinimumRange, rangeX);
         const float upperY = startY + std::max(kMinimumRange, rangeY);
         builder.setBounds(startX, startY, upperX, upperY);
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
+        builder.setThreadCount(GetThreadCount());
         builder.build();
 
-        float* pixel = mImage->GetArray();
-        const int channels = mImage->GetNumChannels();
+        float* pixel = image->GetArray();
+        const int channels = image->GetNumChannels();
         for (std::size_t i = 0; i < pixels; ++i, pixel += channels) {
             pixel[0] = buffer[i].red;
             pixel[1] = buffer[i].green;
@@ -134,8 +91,5 @@ void ImageRender2DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
             pixel[3] = buffer[i].opacity;
         }
     }
-
-    mImage->SetPin(pinX, pinY);
-    Log::Info("Texture.dll ImageRender2DTextureNode::Evaluate - Render image: %d ms",
-              timer.StopTimer());
+    Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());
 }

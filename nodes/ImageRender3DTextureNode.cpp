@@ -30,34 +30,42 @@ constexpr DrivingInput kDrivingInputs[3] = {
 
 }  // namespace
 
-ImageRender3DTextureNode::ImageRender3DTextureNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(
-        this, kFrame, "frame", Frame{0.0, 0.0, 512.0, 512.0}, -8000.0, 8000.0, 1.0, 0));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kMesh, "mesh", MeshReference{}));
-    const char* const axes[3] = {"x", "y", "z"};
-    for (unsigned axis = 0; axis < 3; ++axis)
-        mAttributes.push_back(std::make_unique<Attribute>(
-            this, kTranslateX + axis, std::string("translate_") + axes[axis], Point{0.0, 0.0},
-            -10000.0, 10000.0, 1.0, 3));
-    for (unsigned axis = 0; axis < 3; ++axis)
-        mAttributes.push_back(std::make_unique<Attribute>(this, kRotateX + axis,
-                                                          std::string("rotate_") + axes[axis],
-                                                          Point{0.0, 0.0}, -360.0, 360.0, 1.0, 3));
-    for (unsigned axis = 0; axis < 3; ++axis)
-        mAttributes.push_back(
-            std::make_unique<Attribute>(this, kScaleX + axis, std::string("scale_") + axes[axis],
-                                        Point{1.0, 1.0}, -10000.0, 10000.0, 1.0, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kSamples, "samples", 1.0, 0.0, 16.0, 1.0, 0));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kPrefilter, "prefilter", 5.0, 0.0, 128.0, 1.0, 0));
-    AddCombinedFramePositionSizeAttribute(kFrame, "position_x", "position_y", "size_x", "size_y");
+ImageRender3DTextureNode::ImageRender3DTextureNode()
+    : RenderNode(CatalogueEntry("ImageRender3DTextureNode")) {
+    using namespace texture;
+    mesh(kMesh, "mesh", "The mesh of the document's scene whose UV layout the image follows.")
+        .DeclareOn(*this, mAttributes);
+    // Each range is (value at intensity 0, value at intensity 1) of its driving image.
+    const AttributeDeclaration ranges[] = {
+        point(kTranslateX, "translate_x", Point{0.0, 0.0}, -10000.0, 10000.0, 1.0, 3,
+              "Moves the texture along x before it is painted on the mesh."),
+        point(kTranslateY, "translate_y", Point{0.0, 0.0}, -10000.0, 10000.0, 1.0, 3,
+              "Moves the texture along y before it is painted on the mesh."),
+        point(kTranslateZ, "translate_z", Point{0.0, 0.0}, -10000.0, 10000.0, 1.0, 3,
+              "Moves the texture along z before it is painted on the mesh."),
+        point(kRotateX, "rotate_x", Point{0.0, 0.0}, -360.0, 360.0, 1.0, 3,
+              "Turns the texture about the x axis, in degrees."),
+        point(kRotateY, "rotate_y", Point{0.0, 0.0}, -360.0, 360.0, 1.0, 3,
+              "Turns the texture about the y axis, in degrees."),
+        point(kRotateZ, "rotate_z", Point{0.0, 0.0}, -360.0, 360.0, 1.0, 3,
+              "Turns the texture about the z axis, in degrees."),
+        point(kScaleX, "scale_x", Point{1.0, 1.0}, -10000.0, 10000.0, 1.0, 3,
+              "Scales the mesh's coordinates along x; higher values give finer detail."),
+        point(kScaleY, "scale_y", Point{1.0, 1.0}, -10000.0, 10000.0, 1.0, 3,
+              "Scales the mesh's coordinates along y."),
+        point(kScaleZ, "scale_z", Point{1.0, 1.0}, -10000.0, 10000.0, 1.0, 3,
+              "Scales the mesh's coordinates along z."),
+        number(kSamples, "samples", 1.0, 0.0, 16.0, 1.0, 0,
+               "Samples per pixel edge; higher values smooth jagged triangle edges."),
+        number(kPrefilter, "prefilter", 5.0, 0.0, 128.0, 1.0, 0,
+               "Pixels the paint spreads beyond the UV islands, hiding seams."),
+    };
+    for (const AttributeDeclaration& row : ranges)
+        row.DeclareOn(*this, mAttributes);
 
-    mRegularInputs.push_back({kTextureInput, kTexturePlug, "texture", 0, 0});
     mRegularInputs.push_back({kTranslateInput, kImagePlug, "translate", 0, 0});
     mRegularInputs.push_back({kRotateInput, kImagePlug, "rotate", 0, 0});
     mRegularInputs.push_back({kScaleInput, kImagePlug, "scale", 0, 0});
-    mOutputs.push_back({0, kImagePlug, "image", 0});
     UpdateInplugsAndOutplugs();
 
     // The scene's models live in the process-wide engine, whichever engine holds this node.
@@ -69,25 +77,6 @@ ImageRender3DTextureNode::~ImageRender3DTextureNode() {
     Engine::Get()->UnregisterDelegateEventHandler(
         Delegate2<unsigned int, unsigned int>(this, &ImageRender3DTextureNode::OnEngineEvent));
     mScene.reset();
-    ReleaseImage();
-}
-
-NodeType ImageRender3DTextureNode::GetNodeType() const {
-    return NodeType{10, 304, 5};
-}
-
-std::string ImageRender3DTextureNode::GetTypeName() const {
-    return "Render 3D Texture";
-}
-
-bool ImageRender3DTextureNode::OnProcessEvent(const NodeEvent& event) {
-    if (event.type == NodeEvent::kReleaseOutputs)
-        ReleaseImage();
-    return true;
-}
-
-Image* ImageRender3DTextureNode::GetOutputImage(unsigned index) {
-    return index == 0 ? mImage : nullptr;
 }
 
 void ImageRender3DTextureNode::OnEngineEvent(unsigned int code, unsigned int parameter) {
@@ -107,30 +96,9 @@ void ImageRender3DTextureNode::OnEngineEvent(unsigned int code, unsigned int par
     }
 }
 
-void ImageRender3DTextureNode::ReleaseImage() {
-    if (mImage != nullptr)
-        mImage->Release();
-    mImage = nullptr;
-}
-
-void ImageRender3DTextureNode::PublishNewImage(int width, int height) {
-    auto* image = new Image(width, height, Image::kFloatRgbo, nullptr);
-    image->AddRef();
-    ReleaseImage();
-    mImage = image;
-}
-
-void ImageRender3DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
-    ReleaseImage();
-    if (!IsEvaluationEnabled())
-        return;
-    Log::Trace("Texture.dll ImageRender3DTextureNode::Evaluate - start");
-
-    const Frame frame = texture::readFrame(*this, inputs, kFrame);
-    const int pinX = roundToInt(frame.positionX);
-    const int pinY = roundToInt(frame.positionY);
-    const int width = roundToInt(frame.sizeX);
-    const int height = roundToInt(frame.sizeY);
+void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const PixelFrame& frame) {
+    const int width = frame.width;
+    const int height = frame.height;
     Texture3DRenderUVPixel::Ranges ranges;
     for (unsigned axis = 0; axis < 3; ++axis) {
         ranges.translate[axis] = texture::readPoint(*this, inputs, kTranslateX + axis);
@@ -158,15 +126,14 @@ void ImageRender3DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
         driving[i] = image;
     }
 
-    if (width > Image::GetMaxSizeX() || height > Image::GetMaxSizeY()) {
-        SetState(outplug, kStateError, "Output image is larger than maximum image size.");
+    if (!FitsHost(outplug, frame))
         return;
-    }
 
     const texture::TextureInput texture(*this, inputs, kTextureInput);
     PublishNewImage(width, height);
     if (texture.module() != nullptr) {
-        const std::unique_ptr<noisepp::Pipeline3D> pipeline = noisepp::utils::createPipeline();
+        const std::unique_ptr<noisepp::Pipeline3D> pipeline =
+            noisepp::utils::createPipeline(GetThreadCount());
         const noisepp::PipelineElement3D* element =
             pipeline->getElement(texture.module()->addToPipeline(pipeline.get()));
 
@@ -184,20 +151,20 @@ void ImageRender3DTextureNode::Evaluate(unsigned outplug, Value** inputs) {
 
         // A fresh image for the render; a scene without a mesh paints it opaque black.
         PublishNewImage(width, height);
-        Log::Trace("Texture.dll ImageRender3DTextureNode::Evaluate - started render uv scene");
+        Log::Trace("%s - started render uv scene", LogPrefix().c_str());
         for (Point& angle : ranges.rotate)
             angle = Point{angle.x * DEG_TO_RAD, angle.y * DEG_TO_RAD};
         Texture3DRenderUVPixelFactory factory(pipeline.get(), element, driving[0], driving[1],
                                               driving[2], ranges);
-        // One process-wide processor count governs every render thread of the engine.
-        mScene->SetThreadCount(static_cast<int>(noisepp::utils::getProcessorCount()));
+        // The UV renderer's threads follow the same count as the pipeline's.
+        const unsigned threads = GetThreadCount();
+        mScene->SetThreadCount(
+            static_cast<int>(threads > 0 ? threads : noisepp::utils::getProcessorCount()));
         Timer timer;
         timer.StartTimer();
-        mScene->Render(mImage, &factory, samples, prefilter);
-        Log::Info("Texture.dll ImageRender3DTextureNode::Evaluate - Render uv scene: %d ms",
-                  timer.StopTimer());
+        mScene->Render(GetImage(), &factory, samples, prefilter);
+        Log::Info("%s - Render uv scene: %d ms", LogPrefix().c_str(), timer.StopTimer());
     }
 
-    mImage->SetPin(pinX, pinY);
-    Log::Trace("Texture.dll ImageRender3DTextureNode::Evaluate - finish");
+    Log::Trace("%s - finish", LogPrefix().c_str());
 }

@@ -2,11 +2,9 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
 
-#include "host/Node.h"
+#include "nodes/RenderNode.h"
 
-class Image;
 class RenderUvScene;
 
 /// "Render 3D Texture": paints the texture on its input onto a mesh of the document's scene
@@ -20,22 +18,22 @@ class RenderUvScene;
 /// host's UV renderer (supersampling and edge padding). Without a texture the image is left
 /// as created; without a mesh it is opaque black. The loaded scene is kept between
 /// evaluations until the size, the mesh or the document's models change.
-class ImageRender3DTextureNode : public Node {
+class ImageRender3DTextureNode : public RenderNode {
 public:
+    /// After the frame, id 0; each axis triple is consecutive.
     enum AttributeId : unsigned {
-        kFrame = 0,
-        kMesh = 1,
-        kTranslateX = 2,
-        kTranslateY = 3,
-        kTranslateZ = 4,
-        kRotateX = 5,
-        kRotateY = 6,
-        kRotateZ = 7,
-        kScaleX = 8,
-        kScaleY = 9,
-        kScaleZ = 10,
-        kSamples = 11,
-        kPrefilter = 12,
+        kMesh = kFrame + 1,
+        kTranslateX,
+        kTranslateY,
+        kTranslateZ,
+        kRotateX,
+        kRotateY,
+        kRotateZ,
+        kScaleX,
+        kScaleY,
+        kScaleZ,
+        kSamples,
+        kPrefilter,
     };
     enum RegularInputId : unsigned {
         kTextureInput = 0,
@@ -45,26 +43,15 @@ public:
     };
 
     ImageRender3DTextureNode();
-    /// Stops listening to the engine, drops the scene and releases the image.
+    /// Stops listening to the engine and drops the scene.
     ~ImageRender3DTextureNode() override;
 
-    NodeType GetNodeType() const override;
-    std::string GetTypeName() const override;
-    /// Releases the current image on a release-outputs event (type 11); true for every event.
-    bool OnProcessEvent(const NodeEvent& event) override;
-    void Evaluate(unsigned outplug, Value** inputs) override;
-    /// The current image for index 0 (the node keeps its reference), null otherwise.
-    Image* GetOutputImage(unsigned index) override;
-
 private:
+    void Render(unsigned outplug, Value** inputs, const PixelFrame& frame) override;
     /// Engine events: the scene's models changed, a model was reloaded or the scene was
     /// replaced (the cached scene is stale), or the scene view changed; each reports this
     /// node's output as changed.
     void OnEngineEvent(unsigned int code, unsigned int parameter);
-    void ReleaseImage();
-    void PublishNewImage(int width, int height);
-
-    Image* mImage = nullptr;
     std::atomic<bool> mSceneDirty{true};
     std::unique_ptr<RenderUvScene> mScene;
     MeshReference mSceneMesh;

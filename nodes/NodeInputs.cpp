@@ -35,13 +35,15 @@ bool readBool(const Node& node, Node::Value** inputs, unsigned attributeId) {
 int readChoice(const Node& node, Node::Value** inputs, unsigned attributeId) {
     const Node::Value* value = attributeValue(node, inputs, attributeId);
     const Attribute* attribute = node.GetAttribute(attributeId);
-    if (attribute == nullptr) return -1;
+    if (attribute == nullptr)
+        return -1;
     return attribute->GetChoiceIndex(value != nullptr ? value->GetText() : std::string());
 }
 
 noisepp::TextureColor readColor(const Node& node, Node::Value** inputs, unsigned attributeId) {
     const Node::Value* value = attributeValue(node, inputs, attributeId);
-    if (value == nullptr) return {};
+    if (value == nullptr)
+        return {};
     const Rgbo& c = value->GetColor();
     return {static_cast<float>(c.red), static_cast<float>(c.green), static_cast<float>(c.blue),
             static_cast<float>(c.opacity)};
@@ -70,13 +72,16 @@ const Node::Value* regularInputValue(const Node& node, Node::Value** inputs,
 
 TextureInput::TextureInput(const Node& node, Node::Value** inputs, unsigned regularInputId) {
     const Node::Value* value = regularInputValue(node, inputs, regularInputId);
-    if (value == nullptr || value->GetType() != Node::kTexturePlug) return;
+    if (value == nullptr || value->GetType() != Node::kTexturePlug)
+        return;
     mHandle = value->GetTexture();
-    if (mHandle != nullptr) mHandle->Retain();
+    if (mHandle != nullptr)
+        mHandle->Retain();
 }
 
 TextureInput::~TextureInput() {
-    if (mHandle != nullptr) mHandle->Release();
+    if (mHandle != nullptr)
+        mHandle->Release();
 }
 
 noisepp::Module* TextureInput::module() const {
@@ -85,7 +90,8 @@ noisepp::Module* TextureInput::module() const {
 
 Image* readImage(const Node& node, Node::Value** inputs, unsigned regularInputId) {
     const Node::Value* value = regularInputValue(node, inputs, regularInputId);
-    if (value == nullptr || value->GetType() != Node::kImagePlug) return nullptr;
+    if (value == nullptr || value->GetType() != Node::kImagePlug)
+        return nullptr;
     return value->GetImage();
 }
 

@@ -1,29 +1,11 @@
 #pragma once
 
-#include <string>
-
-#include "host/Node.h"
-
-namespace noisepp {
-class Module;
-}
+#include "nodes/ModuleNode.h"
+#include "noisepp/modules/AdditionModule.h"
 
 /// "Texture Addition": the channel-by-channel sum of "texture_a" and "texture_b", every
-/// channel (opacity included) clamped to 0 ... 1. Offers no texture unless both inputs do.
-class TextureAdditionNode : public Node {
+/// channel (opacity included) clamped to 0 ... 1.
+class TextureAdditionNode : public CombinerNode<noisepp::AdditionModule> {
 public:
-    enum RegularInputId : unsigned { kTextureAInput = 0, kTextureBInput = 1 };
-
-    TextureAdditionNode();
-    ~TextureAdditionNode() override;
-
-    NodeType GetNodeType() const override { return {10, 304, 1034}; }
-    std::string GetTypeName() const override { return "Texture Addition"; }
-    /// Drops the previous module, then builds a new one over both inputs.
-    void Evaluate(unsigned outplug, Node::Value** inputs) override;
-    /// Index 0: a new handle (count 1) on the current module, which may be null; else null.
-    TextureHandle* GetOutputTexture(unsigned index) override;
-
-private:
-    noisepp::Module* mModule = nullptr;
+    TextureAdditionNode() : CombinerNode(CatalogueEntry("TextureAdditionNode")) {}
 };

@@ -2,11 +2,10 @@
 
 #include <cstdint>
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/BlendModule.h"
-#include "noisepp/modules/ConstantModule.h"
-
 namespace {
+
+using Module = noisepp::BlendModule;
+using ThisNode = TextureBlendNode;
 
 // The blend functions in the order of their indices; the engine's unnamed seventeenth
 // function is deliberately out of the user's reach.
@@ -15,64 +14,49 @@ constexpr const char* kModes =
     "grain_merge,difference,addition,subtract,darken_only,lighten_only";
 constexpr int kModeCount = 16;
 
-}  // namespace
-
-TextureBlendNode::TextureBlendNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(this, kMode, "mode", 0, kModes));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kOpacity, "opacity", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorBg, "color_bg", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorFg, "color_fg", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    mRegularInputs.push_back({kBackgroundInput, kTexturePlug, "tex_bg"});
-    mRegularInputs.push_back({kForegroundInput, kTexturePlug, "tex_fg"});
-    mRegularInputs.push_back({kMaskInput, kTexturePlug, "tex_mask"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
-
-TextureBlendNode::~TextureBlendNode() {
-    delete mModule;
-}
-
-void TextureBlendNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
-    // Downstream trees point at the old module; it goes whatever happens next, and the
-    // stand-in colours go with it.
-    delete mModule;
-    mModule = nullptr;
-    mBackgroundColor.reset();
-    mForegroundColor.reset();
-    if (!IsEvaluationEnabled())
-        return;
-
-    const texture::TextureInput background(*this, inputs, kBackgroundInput);
-    const texture::TextureInput foreground(*this, inputs, kForegroundInput);
-    const texture::TextureInput mask(*this, inputs, kMaskInput);
-
-    const auto standIn = [&](unsigned colorId) {
-        auto constant = std::make_unique<noisepp::ConstantModule>();
-        constant->setColor(texture::readColor(*this, inputs, colorId));
-        return constant;
-    };
-    if (background.module() == nullptr)
-        mBackgroundColor = standIn(kColorBg);
-    if (foreground.module() == nullptr)
-        mForegroundColor = standIn(kColorFg);
-
-    auto module = std::make_unique<noisepp::BlendModule>();
+void setMode(Module& module, const Node& node, Node::Value** inputs, unsigned id) {
     // A mode text outside the list (only possible when the value is missing) blends normally
     // rather than reaching a function the list does not name.
-    const int mode = texture::readChoice(*this, inputs, kMode);
-    module->setMode(mode >= 0 && mode < kModeCount ? static_cast<std::uint32_t>(mode) : 0u);
-    module->setOpacity(texture::readNumberAsFloat(*this, inputs, kOpacity));
-    module->setSourceModule(0, mBackgroundColor ? mBackgroundColor.get() : background.module());
-    module->setSourceModule(1, mForegroundColor ? mForegroundColor.get() : foreground.module());
-    if (mask.module() != nullptr)
-        module->setSourceModule(2, mask.module());
-    mModule = module.release();
+    const int mode = texture::readChoice(node, inputs, id);
+    module.setMode(mode >= 0 && mode < kModeCount ? static_cast<std::uint32_t>(mode) : 0u);
 }
 
-TextureHandle* TextureBlendNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
+const std::vector<ThisNode::Row>& rows() {
+    using namespace texture;
+    static const std::vector<ThisNode::Row> table = {
+        {choice(ThisNode::kMode, "mode", 0, kModes,
+                "How the foreground's colours combine with the background's."),
+         setMode},
+        {number(ThisNode::kOpacity, "opacity", 1.0, 0.0, 1.0, 0.01, 3,
+                "Strength of the foreground; 0 shows the background alone."),
+         asFloat<&Module::setOpacity>},
+        {colour(ThisNode::kColorBg, "color_bg", kOpaqueBlack,
+                "Plain background used while tex_bg is empty.")},
+        {colour(ThisNode::kColorFg, "color_fg", kOpaqueWhite,
+                "Plain foreground used while tex_fg is empty.")},
+    };
+    return table;
+}
+
+}  // namespace
+
+TextureBlendNode::TextureBlendNode()
+    : ModuleNode(CatalogueEntry("TextureBlendNode"), rows(),
+                 {{"tex_bg", false}, {"tex_fg", false}, {"tex_mask", false}}) {}
+
+void TextureBlendNode::Connect(Module& module, Value** inputs,
+                               const std::vector<noisepp::Module*>& sources) {
+    const auto standIn = [&](noisepp::Module* source, unsigned colorId,
+                             std::unique_ptr<noisepp::ConstantModule>& holder) {
+        holder.reset();
+        if (source != nullptr)
+            return source;
+        holder = std::make_unique<noisepp::ConstantModule>();
+        holder->setColor(texture::readColor(*this, inputs, colorId));
+        return static_cast<noisepp::Module*>(holder.get());
+    };
+    module.setSourceModule(0, standIn(sources[kBackgroundInput], kColorBg, mBackgroundColor));
+    module.setSourceModule(1, standIn(sources[kForegroundInput], kColorFg, mForegroundColor));
+    if (sources[kMaskInput] != nullptr)
+        module.setSourceModule(2, sources[kMaskInput]);
 }

@@ -1,43 +1,47 @@
 #include "nodes/TextureBlobsNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/BlobsModule.h"
+using Module = noisepp::BlobsModule;
+using ThisNode = TextureBlobsNode;
 
-TextureBlobsNode::TextureBlobsNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kInteraction, "interaction", 0, "small,large"));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kMinRadius, "min_radius", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kMaxRadius, "max_radius", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kDensity, "density", 0.5, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kSeed, "seed", 0.0, 0.0, 255.0, 1.0, 0));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
-
-TextureBlobsNode::~TextureBlobsNode() {
-    delete mModule;
-}
-
-void TextureBlobsNode::Evaluate(unsigned, Value** inputs) {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-    double minRadius = readNumberAsFloat(*this, inputs, kMinRadius);
-    double maxRadius = readNumberAsFloat(*this, inputs, kMaxRadius);
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
+                "Lattice cells per unit; higher values give smaller, closer blobs."),
+         asFloat<&Module::setFrequency>},
+        {choice(ThisNode::kInteraction, "interaction", 0, "small,large",
+                "Large doubles the radii and lets a blob reach two cells instead of one."),
+         [](Module& module, const Node& node, Node::Value** inputs, unsigned id) {
+             module.setLargeInteraction(readChoice(node, inputs, id) == 1);
+         }},
+        {number(ThisNode::kMinRadius, "min_radius", 1.0, 0.0, 1.0, 0.01, 3,
+                "Smallest blob radius, in cells. Above max_radius, radii vary between the "
+                "two; otherwise every blob takes their mean.")},
+        {number(ThisNode::kMaxRadius, "max_radius", 1.0, 0.0, 1.0, 0.01, 3,
+                "Largest blob radius, in cells.")},
+        {number(ThisNode::kDensity, "density", 0.5, 0.0, 1.0, 0.01, 3,
+                "Share of the cells holding a blob."),
+         asFloat<&Module::setDensity>},
+        {number(ThisNode::kSeed, "seed", 0.0, 0.0, 255.0, 1.0, 0,
+                "Picks another scattering of the same character."),
+         asWhole<&Module::setSeed>},
+        {colour(ThisNode::kColorA, "color_a", kOpaqueBlack, "Colour between the blobs."),
+         asColor<&Module::setColorA>},
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "Colour at the centre of a blob."),
+         asColor<&Module::setColorB>},
+    };
+    return table;
+}
+
+}  // namespace
+
+TextureBlobsNode::TextureBlobsNode() : ModuleNode(CatalogueEntry("TextureBlobsNode"), rows()) {}
+
+void TextureBlobsNode::Complete(Module& module, Value** inputs) {
+    double minRadius = texture::readNumberAsFloat(*this, inputs, kMinRadius);
+    double maxRadius = texture::readNumberAsFloat(*this, inputs, kMaxRadius);
     // Deliberately one radius for a well-ordered range: documents made with this node rely on
     // it, and a reversed range is how a user asks for varying radii.
     if (maxRadius > minRadius) {
@@ -45,18 +49,6 @@ void TextureBlobsNode::Evaluate(unsigned, Value** inputs) {
         minRadius = mean;
         maxRadius = mean;
     }
-    auto* module = new noisepp::BlobsModule();
-    module->setFrequency(readNumberAsFloat(*this, inputs, kFrequency));
-    module->setLargeInteraction(readChoice(*this, inputs, kInteraction) == 1);
-    module->setMinRadius(minRadius);
-    module->setMaxRadius(maxRadius);
-    module->setDensity(readNumberAsFloat(*this, inputs, kDensity));
-    module->setSeed(readSeed(*this, inputs, kSeed));
-    module->setColorA(readColor(*this, inputs, kColorA));
-    module->setColorB(readColor(*this, inputs, kColorB));
-    mModule = module;
-}
-
-TextureHandle* TextureBlobsNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
+    module.setMinRadius(minRadius);
+    module.setMaxRadius(maxRadius);
 }

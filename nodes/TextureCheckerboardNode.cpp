@@ -1,37 +1,25 @@
 #include "nodes/TextureCheckerboardNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/CheckerboardModule.h"
+using Module = noisepp::CheckerboardModule;
+using ThisNode = TextureCheckerboardNode;
 
-TextureCheckerboardNode::TextureCheckerboardNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    AddCombinedRgboAttribute(kColorA, "color_a", "opacity_a");
-    AddCombinedRgboAttribute(kColorB, "color_b", "opacity_b");
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
-
-TextureCheckerboardNode::~TextureCheckerboardNode() {
-    delete mModule;
-}
-
-void TextureCheckerboardNode::Evaluate(unsigned, Value** inputs) {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-    auto* module = new noisepp::CheckerboardModule();
-    module->setColorA(readColor(*this, inputs, kColorA));
-    module->setColorB(readColor(*this, inputs, kColorB));
-    mModule = module;
+    static const std::vector<ThisNode::Row> table = {
+        {colour(
+             ThisNode::kColorA, "color_a", kOpaqueBlack, "opacity_a",
+             "Colour of the square above right of the origin and of every second square from it."),
+         asColor<&Module::setColorA>},
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "opacity_b",
+                "Colour of the squares in between."),
+         asColor<&Module::setColorB>},
+    };
+    return table;
 }
 
-TextureHandle* TextureCheckerboardNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+}  // namespace
+
+TextureCheckerboardNode::TextureCheckerboardNode()
+    : ModuleNode(CatalogueEntry("TextureCheckerboardNode"), rows()) {}

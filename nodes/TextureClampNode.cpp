@@ -1,44 +1,27 @@
 #include "nodes/TextureClampNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/ClampModule.h"
+using Module = noisepp::ClampModule;
+using ThisNode = TextureClampNode;
 
-TextureClampNode::TextureClampNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kLowerColor, "lower_color", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kUpperColor, "upper_color", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    AddCombinedRgboAttribute(kLowerColor, "color_a", "opacity_a");
-    AddCombinedRgboAttribute(kUpperColor, "color_b", "opacity_b");
-    mRegularInputs.push_back({kTextureInput, kTexturePlug, "texture"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
+const std::vector<ThisNode::Row>& rows() {
+    using namespace texture;
+    // The display groups keep the names documents store them under.
+    static const std::vector<ThisNode::Row> table = {
+        {colour(ThisNode::kLowerColor, "lower_color", kOpaqueBlack,
+                "No channel goes below this colour's.")
+             .Grouped({"color_a", "opacity_a"}),
+         asColor<&Module::setLowerColor>},
+        {colour(ThisNode::kUpperColor, "upper_color", kOpaqueWhite,
+                "No channel goes above this colour's.")
+             .Grouped({"color_b", "opacity_b"}),
+         asColor<&Module::setUpperColor>},
+    };
+    return table;
 }
 
-TextureClampNode::~TextureClampNode() {
-    delete mModule;
-}
+}  // namespace
 
-void TextureClampNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
-    // Downstream trees point at the old module; it goes whatever happens next.
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-
-    const texture::TextureInput source(*this, inputs, kTextureInput);
-    if (source.module() == nullptr)
-        return;
-
-    auto module = std::make_unique<noisepp::ClampModule>();
-    module->setLowerColor(texture::readColor(*this, inputs, kLowerColor));
-    module->setUpperColor(texture::readColor(*this, inputs, kUpperColor));
-    module->setSourceModule(0, source.module());
-    mModule = module.release();
-}
-
-TextureHandle* TextureClampNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+TextureClampNode::TextureClampNode()
+    : ModuleNode(CatalogueEntry("TextureClampNode"), rows(), {{"texture"}}) {}

@@ -1,31 +1,14 @@
 #pragma once
 
-#include <string>
-
-#include "host/Node.h"
-
-namespace noisepp {
-class Module;
-}
+#include "nodes/ModuleNode.h"
+#include "noisepp/modules/CurveModule.h"
 
 /// "Texture Curve" (defined but not offered to the host): wraps "texture" in a curve stage
 /// with no control points. Such a stage compiles only once it has at least four points, and
 /// even then it is inert; the node keeps the type so that it can be offered later.
-/// Offers no texture when its input has none.
-class TextureCurveNode : public Node {
+class TextureCurveNode : public ModuleNode<noisepp::CurveModule> {
 public:
     enum RegularInputId : unsigned { kTextureInput = 0 };
 
-    TextureCurveNode();
-    ~TextureCurveNode() override;
-
-    NodeType GetNodeType() const override { return {10, 304, 768}; }
-    std::string GetTypeName() const override { return "Texture Curve"; }
-    /// Drops the previous module, then builds a new one over the input.
-    void Evaluate(unsigned outplug, Node::Value** inputs) override;
-    /// Index 0: a new handle (count 1) on the current module, which may be null; else null.
-    TextureHandle* GetOutputTexture(unsigned index) override;
-
-private:
-    noisepp::Module* mModule = nullptr;
+    TextureCurveNode() : ModuleNode(CatalogueEntry("TextureCurveNode"), {}, {{"texture"}}) {}
 };

@@ -1,75 +1,56 @@
 #include "nodes/TextureFibersNode.h"
 
-#include <cstdint>
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/FibersModule.h"
+using Module = noisepp::FibersModule;
+using ThisNode = TextureFibersNode;
 
-TextureFibersNode::TextureFibersNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kScale, "scale", 1.0, 0.0, 1000.0, 0.001, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kAspect, "aspect", 1.0, 1.0, 5.0, 1.0, 0));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kFibers, "fibers", 4.0, 1.0, 256.0, 1.0, 0));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kAlignment, "alignment", 0.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kDensity, "density", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kShape, "shape", 0, "smooth,box,cylinder"));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kSize, "size", 0.5, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kFade, "fade", 0.5, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kSizeBias, "size_bias", 0.5, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorMatrix, "color_matrix", Rgbo{0.5, 0.5, 0.5, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    mRegularInputs.push_back({kMatrixInput, kTexturePlug, "matrix"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
-
-TextureFibersNode::~TextureFibersNode() {
-    delete mModule;
-}
-
-void TextureFibersNode::Evaluate(unsigned, Value** inputs) {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-    const TextureInput matrix(*this, inputs, kMatrixInput);
-    auto* module = new noisepp::FibersModule();
-    module->setScale(readNumberAsFloat(*this, inputs, kScale));
-    module->setAspect(readNumberAsFloat(*this, inputs, kAspect));
-    // A slot count is a whole number; it rounds like every other integer attribute.
-    module->setFibers(static_cast<std::int32_t>(roundHalfDown(readNumber(*this, inputs, kFibers))));
-    module->setBias(readNumberAsFloat(*this, inputs, kBias));
-    module->setAlignment(readNumberAsFloat(*this, inputs, kAlignment));
-    module->setDensity(readNumberAsFloat(*this, inputs, kDensity));
-    module->setShape(readChoice(*this, inputs, kShape));
-    module->setSize(readNumberAsFloat(*this, inputs, kSize));
-    module->setFade(readNumberAsFloat(*this, inputs, kFade));
-    module->setSizeBias(readNumberAsFloat(*this, inputs, kSizeBias));
-    module->setSeed(readSeed(*this, inputs, kSeed));
-    module->setColorMatrix(readColor(*this, inputs, kColorMatrix));
-    module->setColorA(readColor(*this, inputs, kColorA));
-    module->setColorB(readColor(*this, inputs, kColorB));
-    // The matrix is optional: without a module on the input the matrix colour shows instead.
-    if (matrix.module() != nullptr)
-        module->setSourceModule(0, matrix.module());
-    mModule = module;
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kScale, "scale", 1.0, 0.0, 1000.0, 0.001, 3,
+                "Cells per unit; higher values give shorter, denser fibres."),
+         asFloat<&Module::setScale>},
+        {number(ThisNode::kAspect, "aspect", 1.0, 1.0, 5.0, 1.0, 0,
+                "Length of a cell, and of the longest fibre, in cell widths."),
+         asFloat<&Module::setAspect>},
+        {number(ThisNode::kFibers, "fibers", 4.0, 1.0, 256.0, 1.0, 0, "Fibre slots per cell."),
+         asWhole<&Module::setFibers>},
+        {number(ThisNode::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
+                "Fibre length: 1 makes every fibre full length, 0 mostly short ones."),
+         asFloat<&Module::setBias>},
+        {number(ThisNode::kAlignment, "alignment", 0.0, 0.0, 1.0, 0.01, 3,
+                "0 lays fibres in random directions, 1 every fibre along x."),
+         asFloat<&Module::setAlignment>},
+        {number(ThisNode::kDensity, "density", 1.0, 0.0, 1.0, 0.01, 3,
+                "Share of the slots holding a fibre."),
+         asFloat<&Module::setDensity>},
+        {choice(ThisNode::kShape, "shape", 0, "smooth,box,cylinder",
+                "Cross-section of a fibre: soft, flat or round."),
+         asChoice<&Module::setShape>},
+        {number(ThisNode::kSize, "size", 0.5, 0.0, 1.0, 0.01, 3,
+                "Width of the widest fibres; 0 hides them all."),
+         asFloat<&Module::setSize>},
+        {number(ThisNode::kFade, "fade", 0.5, 0.0, 1.0, 0.01, 3, "Softness of the fibre edges."),
+         asFloat<&Module::setFade>},
+        {number(ThisNode::kSizeBias, "size_bias", 0.5, 0.0, 1.0, 0.01, 3,
+                "Fibre width: 1 makes every fibre full width, 0 mostly thin ones."),
+         asFloat<&Module::setSizeBias>},
+        {number(ThisNode::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
+                "Picks another pattern of the same character."),
+         asWhole<&Module::setSeed>},
+        {colour(ThisNode::kColorMatrix, "color_matrix", Rgbo{0.5, 0.5, 0.5, 1.0},
+                "Colour between the fibres while the matrix input is empty."),
+         asColor<&Module::setColorMatrix>},
+        {colour(ThisNode::kColorA, "color_a", kOpaqueBlack, "One end of the fibre colours."),
+         asColor<&Module::setColorA>},
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "The other end of the fibre colours."),
+         asColor<&Module::setColorB>},
+    };
+    return table;
 }
 
-TextureHandle* TextureFibersNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+}  // namespace
+
+TextureFibersNode::TextureFibersNode()
+    : ModuleNode(CatalogueEntry("TextureFibersNode"), rows(), {{"matrix", false}}) {}

@@ -1,10 +1,7 @@
 #include "nodes/TextureGradientNode.h"
 
-#include <memory>
-
 #include "host/Image.h"
 #include "nodes/NodeInputs.h"
-#include "noisepp/modules/GradientModule.h"
 
 namespace {
 
@@ -33,31 +30,15 @@ void addVertexStops(const VertexGradient& vertices, noisepp::ColorGradient& grad
 
 }  // namespace
 
-TextureGradientNode::TextureGradientNode() {
-    mRegularInputs.push_back({kTextureInput, kTexturePlug, "texture"});
+TextureGradientNode::TextureGradientNode()
+    : ModuleNode(CatalogueEntry("TextureGradientNode"), {}, {{"texture"}}) {
     mRegularInputs.push_back({kGradientInput, kImagePlug, "gradient"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
     UpdateInplugsAndOutplugs();
 }
 
-TextureGradientNode::~TextureGradientNode() {
-    delete mModule;
-}
-
-void TextureGradientNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
-    // Downstream trees point at the old module; it goes whatever happens next.
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-
-    const texture::TextureInput source(*this, inputs, kTextureInput);
-    if (source.module() == nullptr)
-        return;
-
-    auto module = std::make_unique<noisepp::GradientModule>();
+void TextureGradientNode::Complete(noisepp::GradientModule& module, Value** inputs) {
     const VertexGradient own = GetCopyGradient();
-    noisepp::ColorGradient& gradient = module->getGradient();
+    noisepp::ColorGradient& gradient = module.getGradient();
     gradient.setMode(own.interpolation);
     // Stops are inserted in order of position (stable for equal positions), which also
     // prepares the span from each stop to the next.
@@ -65,10 +46,4 @@ void TextureGradientNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
         addImageStops(image, gradient);
     else
         addVertexStops(own, gradient);
-    module->setSourceModule(0, source.module());
-    mModule = module.release();
-}
-
-TextureHandle* TextureGradientNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
 }

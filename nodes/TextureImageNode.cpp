@@ -2,27 +2,29 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "host/Image.h"
+#include "nodes/AttributeRow.h"
 #include "nodes/NodeInputs.h"
 #include "noisepp/modules/ImageModule.h"
 
 TextureImageNode::TextureImageNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(this, kTileX, "tile_x", false));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kTileY, "tile_y", false));
+    using namespace texture;
+    boolean(kTileX, "tile_x", false, "Repeats the picture along x beyond the unit square.")
+        .DeclareOn(*this, mAttributes);
+    boolean(kTileY, "tile_y", false, "Repeats the picture along y beyond the unit square.")
+        .DeclareOn(*this, mAttributes);
     mRegularInputs.push_back({kImageInput, kImagePlug, "image"});
     mOutputs.push_back({0, kTexturePlug, "texture"});
     UpdateInplugsAndOutplugs();
 }
 
-TextureImageNode::~TextureImageNode() {
-    delete mModule;
-}
+TextureImageNode::~TextureImageNode() = default;
 
 void TextureImageNode::Evaluate(unsigned, Value** inputs) {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
+    mModule.reset();
     const bool tileX = readBool(*this, inputs, kTileX);
     const bool tileY = readBool(*this, inputs, kTileY);
 
@@ -41,16 +43,16 @@ void TextureImageNode::Evaluate(unsigned, Value** inputs) {
         }
     }
 
-    auto* module = new noisepp::ImageModule();
+    auto module = std::make_unique<noisepp::ImageModule>();
     module->setFlags((tileY ? noisepp::ImageModule::kRepeatY : 0u) |
                      (tileX ? noisepp::ImageModule::kRepeatX : 0u));
     if (!mTable.empty())
         module->setImage(mWidth, mHeight, mTable.data());
-    mModule = module;
+    mModule = std::move(module);
 }
 
 TextureHandle* TextureImageNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
+    return index == 0 ? new TextureHandle(mModule.get()) : nullptr;
 }
 
 void TextureImageNode::BuildTable(const Image& image) {

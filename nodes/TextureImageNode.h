@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "host/Node.h"
+#include "library/NodeCatalogue.h"
 
 class Image;
 
@@ -12,8 +14,8 @@ namespace noisepp {
 class Module;
 }
 
-/// "Image Texture" (10, 304, 288): the picture on regular input 0 "image" (an image plug)
-/// as a texture spanning the unit square in x and y. Output 0 "texture".
+/// "Image Texture": the picture on regular input 0 "image" (an image plug) as a texture
+/// spanning the unit square in x and y. Output 0 "texture".
 ///
 /// The node keeps the picture as a summed-area table that its modules refer to; the table
 /// survives evaluations without a picture, so unplugging the input keeps the last picture.
@@ -22,17 +24,16 @@ class Module;
 /// evaluates again.
 class TextureImageNode : public Node {
 public:
-    enum AttributeId : unsigned {
-        kTileX = 0,  ///< false: repeat the picture in x
-        kTileY,      ///< false: repeat the picture in y
-    };
+    enum AttributeId : unsigned { kTileX = 0, kTileY };
     enum RegularInputId : unsigned { kImageInput = 0 };
 
     TextureImageNode();
     ~TextureImageNode() override;
 
-    NodeType GetNodeType() const override { return {10, 304, 288}; }
-    std::string GetTypeName() const override { return "Image Texture"; }
+    NodeType GetNodeType() const override {
+        return CatalogueEntry("TextureImageNode").GetNodeType();
+    }
+    std::string GetTypeName() const override { return CatalogueEntry("TextureImageNode").typeName; }
     /// Rebuilds the table when the input carries a picture (or empties it when the host's
     /// evaluation flag is clear), then replaces the current module with a new
     /// noisepp::ImageModule on the table with the tiling of "tile_x" and "tile_y".
@@ -47,5 +48,5 @@ private:
     std::vector<double> mTable;
     std::uint32_t mWidth = 0;
     std::uint32_t mHeight = 0;
-    noisepp::Module* mModule = nullptr;
+    std::unique_ptr<noisepp::Module> mModule;
 };

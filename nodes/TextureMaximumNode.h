@@ -1,29 +1,11 @@
 #pragma once
 
-#include <string>
-
-#include "host/Node.h"
-
-namespace noisepp {
-class Module;
-}
+#include "nodes/ModuleNode.h"
+#include "noisepp/modules/MaximumModule.h"
 
 /// "Texture Maximum": the larger of "texture_a" and "texture_b", channel by channel (opacity
-/// included). Offers no texture unless both inputs do.
-class TextureMaximumNode : public Node {
+/// included).
+class TextureMaximumNode : public CombinerNode<noisepp::MaximumModule> {
 public:
-    enum RegularInputId : unsigned { kTextureAInput = 0, kTextureBInput = 1 };
-
-    TextureMaximumNode();
-    ~TextureMaximumNode() override;
-
-    NodeType GetNodeType() const override { return {10, 304, 1024}; }
-    std::string GetTypeName() const override { return "Texture Maximum"; }
-    /// Drops the previous module, then builds a new one over both inputs.
-    void Evaluate(unsigned outplug, Node::Value** inputs) override;
-    /// Index 0: a new handle (count 1) on the current module, which may be null; else null.
-    TextureHandle* GetOutputTexture(unsigned index) override;
-
-private:
-    noisepp::Module* mModule = nullptr;
+    TextureMaximumNode() : CombinerNode(CatalogueEntry("TextureMaximumNode")) {}
 };

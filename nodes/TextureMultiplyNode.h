@@ -1,29 +1,11 @@
 #pragma once
 
-#include <string>
-
-#include "host/Node.h"
-
-namespace noisepp {
-class Module;
-}
+#include "nodes/ModuleNode.h"
+#include "noisepp/modules/MultiplyModule.h"
 
 /// "Texture Multiply": the product of "texture_a" and "texture_b", channel by channel (opacity
-/// included). Offers no texture unless both inputs do.
-class TextureMultiplyNode : public Node {
+/// included).
+class TextureMultiplyNode : public CombinerNode<noisepp::MultiplyModule> {
 public:
-    enum RegularInputId : unsigned { kTextureAInput = 0, kTextureBInput = 1 };
-
-    TextureMultiplyNode();
-    ~TextureMultiplyNode() override;
-
-    NodeType GetNodeType() const override { return {10, 304, 1040}; }
-    std::string GetTypeName() const override { return "Texture Multiply"; }
-    /// Drops the previous module, then builds a new one over both inputs.
-    void Evaluate(unsigned outplug, Node::Value** inputs) override;
-    /// Index 0: a new handle (count 1) on the current module, which may be null; else null.
-    TextureHandle* GetOutputTexture(unsigned index) override;
-
-private:
-    noisepp::Module* mModule = nullptr;
+    TextureMultiplyNode() : CombinerNode(CatalogueEntry("TextureMultiplyNode")) {}
 };

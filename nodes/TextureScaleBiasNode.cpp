@@ -1,41 +1,24 @@
 #include "nodes/TextureScaleBiasNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/ScaleBiasModule.h"
+using Module = noisepp::ScaleBiasModule;
+using ThisNode = TextureScaleBiasNode;
 
-TextureScaleBiasNode::TextureScaleBiasNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kScale, "scale", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kBias, "bias", 0.0, 0.0, 1.0, 0.01, 3));
-    mRegularInputs.push_back({kTextureInput, kTexturePlug, "texture"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
+const std::vector<ThisNode::Row>& rows() {
+    using namespace texture;
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kScale, "scale", 1.0, 0.0, 1.0, 0.01, 3,
+                "Multiplies red, green and blue; lower values darken."),
+         asFloat<&Module::setScale>},
+        {number(ThisNode::kBias, "bias", 0.0, 0.0, 1.0, 0.01, 3,
+                "Added after the scale; a sum above 1 wraps around to dark again."),
+         asFloat<&Module::setBias>},
+    };
+    return table;
 }
 
-TextureScaleBiasNode::~TextureScaleBiasNode() {
-    delete mModule;
-}
+}  // namespace
 
-void TextureScaleBiasNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
-    // Downstream trees point at the old module; it goes whatever happens next.
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-
-    const texture::TextureInput source(*this, inputs, kTextureInput);
-    if (source.module() == nullptr)
-        return;
-
-    auto module = std::make_unique<noisepp::ScaleBiasModule>();
-    module->setScale(static_cast<float>(texture::readNumber(*this, inputs, kScale)));
-    module->setBias(static_cast<float>(texture::readNumber(*this, inputs, kBias)));
-    module->setSourceModule(0, source.module());
-    mModule = module.release();
-}
-
-TextureHandle* TextureScaleBiasNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+TextureScaleBiasNode::TextureScaleBiasNode()
+    : ModuleNode(CatalogueEntry("TextureScaleBiasNode"), rows(), {{"texture"}}) {}

@@ -1,49 +1,27 @@
 #include "nodes/TextureSelectNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/SelectModule.h"
+using Module = noisepp::SelectModule;
+using ThisNode = TextureSelectNode;
 
-TextureSelectNode::TextureSelectNode() {
-    mAttributes.push_back(std::make_unique<Attribute>(this, kLow, "low", 0.1, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kHigh, "high", 0.9, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kFalloff, "fallof", 0.1, 0.0, 1.0, 0.01, 3));
-    mRegularInputs.push_back({kTextureAInput, kTexturePlug, "tex_a"});
-    mRegularInputs.push_back({kTextureBInput, kTexturePlug, "tex_b"});
-    mRegularInputs.push_back({kControlInput, kTexturePlug, "control"});
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
+const std::vector<ThisNode::Row>& rows() {
+    using namespace texture;
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kLow, "low", 0.1, 0.0, 1.0, 0.01, 3,
+                "Control grey where tex_b starts; keep it below high."),
+         asFloat<&Module::setLowerBound>},
+        {number(ThisNode::kHigh, "high", 0.9, 0.0, 1.0, 0.01, 3, "Control grey where tex_b ends."),
+         asFloat<&Module::setUpperBound>},
+        {number(ThisNode::kFalloff, "fallof", 0.1, 0.0, 1.0, 0.01, 3,
+                "Width of the soft edge on each side of both bounds; 0 gives hard edges."),
+         asFloat<&Module::setEdgeFalloff>},
+    };
+    return table;
 }
 
-TextureSelectNode::~TextureSelectNode() {
-    delete mModule;
-}
+}  // namespace
 
-void TextureSelectNode::Evaluate(unsigned /*outplug*/, Node::Value** inputs) {
-    // Downstream trees point at the old module; it goes whatever happens next.
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-
-    const texture::TextureInput a(*this, inputs, kTextureAInput);
-    const texture::TextureInput b(*this, inputs, kTextureBInput);
-    const texture::TextureInput control(*this, inputs, kControlInput);
-    if (a.module() == nullptr || b.module() == nullptr || control.module() == nullptr)
-        return;
-
-    auto module = std::make_unique<noisepp::SelectModule>();
-    module->setLowerBound(texture::readNumberAsFloat(*this, inputs, kLow));
-    module->setUpperBound(texture::readNumberAsFloat(*this, inputs, kHigh));
-    module->setEdgeFalloff(texture::readNumberAsFloat(*this, inputs, kFalloff));
-    module->setSourceModule(0, a.module());
-    module->setSourceModule(1, b.module());
-    module->setSourceModule(2, control.module());
-    mModule = module.release();
-}
-
-TextureHandle* TextureSelectNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
+TextureSelectNode::TextureSelectNode()
+    : ModuleNode(CatalogueEntry("TextureSelectNode"), rows(), {{"tex_a"}, {"tex_b"}, {"control"}}) {
 }

@@ -1,49 +1,45 @@
 #include "nodes/TextureVoronoiNode.h"
 
-#include <memory>
-
 #include "nodes/ColourRampAttributes.h"
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/VoronoiModule.h"
 
-TextureVoronoiNode::TextureVoronoiNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kShape, "shape", 0, "flat,cells,chips,edges"));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kDisplacement, "displacement", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0));
-    ColourRampAttributes::Declare(this, mAttributes, kRangeLow);
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
+namespace {
 
-TextureVoronoiNode::~TextureVoronoiNode() {
-    delete mModule;
-}
+using Module = noisepp::VoronoiModule;
+using ThisNode = TextureVoronoiNode;
 
-void TextureVoronoiNode::Evaluate(unsigned, Value** inputs) {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-    auto* module = new noisepp::VoronoiModule();
-    module->setFrequency(readNumberAsFloat(*this, inputs, kFrequency));
-    module->setBias(readNumberAsFloat(*this, inputs, kBias));
-    module->setShape(readChoice(*this, inputs, kShape));
-    module->setDisplacement(readNumberAsFloat(*this, inputs, kDisplacement));
-    module->setSeed(readSeed(*this, inputs, kSeed));
-    ColourRampAttributes::Apply(*this, inputs, kRangeLow, *module);
-    mModule = module;
+    static const std::vector<ThisNode::Row> table = [] {
+        std::vector<ThisNode::Row> rows = {
+            {number(ThisNode::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
+                    "Cells per unit; higher values give smaller cells.")
+                 .Frequency(),
+             asFloat<&Module::setFrequency>},
+            {number(ThisNode::kBias, "bias", 1.0, 0.0, 1.0, 0.01, 3,
+                    "How far the cell centres stray from a regular grid."),
+             asFloat<&Module::setBias>},
+            {choice(ThisNode::kShape, "shape", 0, "flat,cells,chips,edges",
+                    "Flat shades, shades darkening towards the cell centres, chips, or the cell "
+                    "borders."),
+             asChoice<&Module::setShape>},
+            {number(ThisNode::kDisplacement, "displacement", 1.0, 0.0, 1.0, 0.01, 3,
+                    "How much each cell's own random value shows."),
+             asFloat<&Module::setDisplacement>},
+            {number(ThisNode::kSeed, "seed", 0.0, 0.0, 50000.0, 1.0, 0,
+                    "Picks another pattern of the same character."),
+             asWhole<&Module::setSeed>},
+        };
+        for (const ThisNode::Row& row : ColourRampAttributes::Rows<Module>(ThisNode::kRangeLow))
+            rows.push_back(row);
+        return rows;
+    }();
+    return table;
 }
 
-TextureHandle* TextureVoronoiNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+}  // namespace
+
+TextureVoronoiNode::TextureVoronoiNode()
+    : ModuleNode(CatalogueEntry("TextureVoronoiNode"), rows()) {}
 
 bool TextureVoronoiNode::HandleStoredAttribute(const std::string& name, const std::string& value) {
     // The test is deliberately broad: documents in circulation rely on any stored "true"

@@ -1,58 +1,48 @@
 #include "nodes/TextureWaveNode.h"
 
-#include <memory>
+namespace {
 
-#include "nodes/NodeInputs.h"
-#include "noisepp/modules/WaveModule.h"
+using Module = noisepp::WaveModule;
+using ThisNode = TextureWaveNode;
 
-TextureWaveNode::TextureWaveNode() {
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kRange, "range", 1.0, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kBias, "bias", 0.5, 0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kType, "type", 0, "linear,cylindrical,spherical"));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kShape, "shape", 0, "curve,triangle,step"));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kNoiseScale, "noise_scale", 0.0, 0.0, 16000.0, 1.0, 1));
-    mAttributes.push_back(std::make_unique<Attribute>(this, kNoiseStrength, "noise_strength", 0.0,
-                                                      0.0, 1.0, 0.01, 3));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kNoiseSeed, "noise_seed", 0.0, 0.0, 255.0, 1.0, 0));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorA, "color_a", Rgbo{0.0, 0.0, 0.0, 1.0}));
-    mAttributes.push_back(
-        std::make_unique<Attribute>(this, kColorB, "color_b", Rgbo{1.0, 1.0, 1.0, 1.0}));
-    mOutputs.push_back({0, kTexturePlug, "texture"});
-    UpdateInplugsAndOutplugs();
-}
-
-TextureWaveNode::~TextureWaveNode() {
-    delete mModule;
-}
-
-void TextureWaveNode::Evaluate(unsigned, Value** inputs) {
+const std::vector<ThisNode::Row>& rows() {
     using namespace texture;
-    delete mModule;
-    mModule = nullptr;
-    if (!IsEvaluationEnabled())
-        return;
-    auto* module = new noisepp::WaveModule();
-    module->setFrequency(readNumberAsFloat(*this, inputs, kFrequency));
-    module->setRange(readNumberAsFloat(*this, inputs, kRange));
-    module->setBias(readNumberAsFloat(*this, inputs, kBias));
-    module->setWaveType(readChoice(*this, inputs, kType));
-    module->setShape(readChoice(*this, inputs, kShape));
-    module->setNoiseScale(readNumberAsFloat(*this, inputs, kNoiseScale));
-    module->setNoiseStrength(readNumberAsFloat(*this, inputs, kNoiseStrength));
-    module->setNoiseSeed(readSeed(*this, inputs, kNoiseSeed));
-    module->setColorA(readColor(*this, inputs, kColorA));
-    module->setColorB(readColor(*this, inputs, kColorB));
-    mModule = module;
+    // Shown under the noise scale row, the noise's strength and seed need no prefix.
+    static const std::vector<ThisNode::Row> table = {
+        {number(ThisNode::kFrequency, "frequency", 1.0, 0.0, 1000.0, 0.001, 3,
+                "Bands per unit; higher values pack them tighter."),
+         asFloat<&Module::setFrequency>},
+        {number(ThisNode::kRange, "range", 1.0, 0.0, 1.0, 0.01, 3,
+                "Share of each band the wave fills; the rest stays colour A."),
+         asFloat<&Module::setRange>},
+        {number(ThisNode::kBias, "bias", 0.5, 0.0, 1.0, 0.01, 3,
+                "Where within its band the wave peaks."),
+         asFloat<&Module::setBias>},
+        {choice(ThisNode::kType, "type", 0, "linear,cylindrical,spherical",
+                "Bands along x, rings around the z axis, or shells around the origin."),
+         asChoice<&Module::setWaveType>},
+        {choice(ThisNode::kShape, "shape", 0, "curve,triangle,step",
+                "The profile of one band: smooth, pointed or hard-edged."),
+         asChoice<&Module::setShape>},
+        {number(ThisNode::kNoiseScale, "noise_scale", 0.0, 0.0, 16000.0, 1.0, 1,
+                "Size of the noise that disturbs the bands; 0 switches the noise off."),
+         asFloat<&Module::setNoiseScale>},
+        {number(ThisNode::kNoiseStrength, "noise_strength", 0.0, 0.0, 1.0, 0.01, 3,
+                "How far the noise pushes the bands.")
+             .Labelled("Strength"),
+         asFloat<&Module::setNoiseStrength>},
+        {number(ThisNode::kNoiseSeed, "noise_seed", 0.0, 0.0, 255.0, 1.0, 0,
+                "Picks another noise of the same character.")
+             .Labelled("Seed"),
+         asWhole<&Module::setNoiseSeed>},
+        {colour(ThisNode::kColorA, "color_a", kOpaqueBlack, "Colour between the bands."),
+         asColor<&Module::setColorA>},
+        {colour(ThisNode::kColorB, "color_b", kOpaqueWhite, "Colour at the peak of each band."),
+         asColor<&Module::setColorB>},
+    };
+    return table;
 }
 
-TextureHandle* TextureWaveNode::GetOutputTexture(unsigned index) {
-    return index == 0 ? new TextureHandle(mModule) : nullptr;
-}
+}  // namespace
+
+TextureWaveNode::TextureWaveNode() : ModuleNode(CatalogueEntry("TextureWaveNode"), rows()) {}

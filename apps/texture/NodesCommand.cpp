@@ -19,7 +19,8 @@ json DescribeAttribute(const Attribute& attribute) {
     json entry = {{"id", attribute.GetId()},
                   {"name", attribute.GetName()},
                   {"kind", attribute.GetKindName()},
-                  {"default", ValueCodec::Encode(attribute, attribute.GetDefault())}};
+                  {"default", ValueCodec::Encode(attribute, attribute.GetDefault())},
+                  {"description", attribute.GetDescription()}};
     const Attribute::Kind kind = attribute.GetKind();
     if (kind == Attribute::kNumber || kind == Attribute::kPoint || kind == Attribute::kFrame) {
         entry["min"] = attribute.GetMinimum();
@@ -85,6 +86,9 @@ void PrintText(const json& type) {
         if (attribute.contains("items"))
             std::cout << "  items " << attribute["items"].dump();
         std::cout << "\n";
+        const std::string description = attribute["description"].get<std::string>();
+        if (!description.empty())
+            std::cout << "      " << description << "\n";
     }
 }
 

@@ -11,6 +11,18 @@
 #include "host/Node.h"
 #include "host/widgets/QAttributeRow.h"
 
+namespace {
+
+QNodeAttributesWidget::AdditionalInfo FromAttribute(const Attribute& attribute) {
+    QNodeAttributesWidget::AdditionalInfo record;
+    record.label = attribute.GetDisplayHint().label;
+    record.frequency = attribute.GetDisplayHint().frequency;
+    record.toolTip = attribute.GetDescription();
+    return record;
+}
+
+}  // namespace
+
 QNodeAttributesWidget::QNodeAttributesWidget(QWidget* parent, Node* node, NodeInterface* interface,
                                              const AdditionalInfo* info, bool readOnly)
     : QWidget(parent), mNode(node), mInterface(interface) {
@@ -24,7 +36,6 @@ QNodeAttributesWidget::QNodeAttributesWidget(QWidget* parent, Node* node, NodeIn
 
     const auto& attributes = mNode->GetAttributes();
     const auto& combined = mNode->GetCombinedAttributes();
-    const AdditionalInfo defaults;
     int gridRow = 0;
     for (const auto& attribute : attributes) {
         const unsigned id = attribute->GetId();
@@ -32,9 +43,10 @@ QNodeAttributesWidget::QNodeAttributesWidget(QWidget* parent, Node* node, NodeIn
         for (const auto& candidate : combined)
             if (candidate.attributeId == id)
                 group = &candidate;
-        // The caller's array has one record per attribute id.
-        const AdditionalInfo& record =
-            info != nullptr && id < attributes.size() ? info[id] : defaults;
+        // The caller's array has one record per attribute id; without one the attribute's
+        // own hint and description present it.
+        const AdditionalInfo record =
+            info != nullptr && id < attributes.size() ? info[id] : FromAttribute(*attribute);
         auto* row = new QAttributeRow(this, *attribute, group, record, readOnly);
         auto* label = new QLabel(row->GetLabel(), this);
         label->setObjectName(QString::fromStdString("m_" + attribute->GetName() + "_qlabel"));

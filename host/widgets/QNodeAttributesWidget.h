@@ -62,7 +62,9 @@ public:
     };
 
     /// Builds the page for `node`. `info` is null or an array of one record per attribute id;
-    /// it is read during construction only. With `readOnly` set no row can be edited.
+    /// it is read during construction only. Without it each row takes its label, frequency
+    /// flag and tool tip (the description) from its attribute. With `readOnly` set no row can be
+    /// edited.
     QNodeAttributesWidget(QWidget* parent, Node* node, NodeInterface* interface,
                           const AdditionalInfo* info, bool readOnly);
     ~QNodeAttributesWidget() override;

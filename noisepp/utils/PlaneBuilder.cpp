@@ -27,7 +27,7 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
     std::unique_ptr<Pipeline3D> ownPipeline;
     if (pipeline == nullptr) {
         NOISEPP_REQUIRE(mModule != nullptr, "mModule");
-        ownPipeline = createPipeline();
+        ownPipeline = createPipeline(mThreadCount);
         pipeline = ownPipeline.get();
         element = pipeline->getElement(mModule->addToPipeline(pipeline));
     } else {

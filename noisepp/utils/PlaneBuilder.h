@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/utils/Builder.h"
@@ -40,6 +42,8 @@ public:
         mWindowY1 = y1;
         mWindowed = true;
     }
+    /// Workers of the pipeline build() creates when given none; 0 means one per processor.
+    void setThreadCount(std::size_t threads) { mThreadCount = threads; }
 
     /// Compiles the module into a pipeline of its own (threaded on machines with two or more
     /// processors) and fills the destination.
@@ -66,6 +70,7 @@ private:
     std::int32_t mWindowY0 = 0;
     std::int32_t mWindowX1 = 0;
     std::int32_t mWindowY1 = 0;
+    std::size_t mThreadCount = 0;
 };
 
 }  // namespace noisepp::utils

@@ -36,8 +36,8 @@ void setProcessorCount(std::size_t count) {
     overrideCount.store(count, std::memory_order_relaxed);
 }
 
-std::unique_ptr<Pipeline3D> createPipeline() {
-    const std::size_t processors = getProcessorCount();
+std::unique_ptr<Pipeline3D> createPipeline(std::size_t threads) {
+    const std::size_t processors = threads > 0 ? threads : getProcessorCount();
     if (processors < 2)
         return std::make_unique<Pipeline3D>();
     return std::make_unique<ThreadedPipeline3D>(processors);

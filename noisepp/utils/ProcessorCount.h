@@ -17,9 +17,9 @@ std::size_t getProcessorCount();
 /// 0 restores the value read at start-up.
 void setProcessorCount(std::size_t count);
 
-/// Creates the pipeline a render uses: a plain pipeline below two processors, otherwise a
-/// threaded one with one worker per processor.
-std::unique_ptr<Pipeline3D> createPipeline();
+/// Creates the pipeline a render uses with `threads` workers (0: one per processor): a plain
+/// pipeline below two, otherwise a threaded one.
+std::unique_ptr<Pipeline3D> createPipeline(std::size_t threads = 0);
 
 /// Creates a job queue by the same rule: plain below two processors, otherwise threaded with
 /// one worker per processor. Jobs get scratch areas of `cacheSize` records.

@@ -1,5 +1,5 @@
-// Plug-in exports: count, every catalogue row's constants, fresh interface/factory pairs,
-// factories that make nodes of the right class, loadable icons, hidden types unreachable.
+// Plug-in exports: count, fresh interface/factory pairs, factories that make nodes of the
+// right class, loadable icons, hidden types unreachable.
 
 #include <cxxabi.h>
 #include <gtest/gtest.h>
@@ -23,44 +23,7 @@
 
 namespace {
 
-struct Row {
-    unsigned index;
-    const char* className;
-    const char* displayName;
-    unsigned code;
-    const char* iconStem;
-};
-
-// Written out independently of the library's own table so that a slip in either shows.
-const std::vector<Row> kOffered = {
-    {0, "ImageRender2DTextureNode", "Render 2D Texture", 0, "TextureRender2D"},
-    {1, "ImageRender3DTextureNode", "Render 3D Texture", 5, "TextureRender3D"},
-    {2, "TexturePerlinNode", "Perlin Texture", 261, "TexturePerlin"},
-    {3, "TextureBillowNode", "Billow Texture", 266, "TextureBillow"},
-    {4, "TextureRidgedMultiNode", "Ridged Multi Texture", 272, "TextureRidgedMulti"},
-    {5, "TextureVoronoiNode", "Voronoi Texture", 277, "TextureVoronoi"},
-    {6, "TextureFibersNode", "Fibers Texture", 1312, "TextureFibers"},
-    {7, "TextureBlobsNode", "Blobs Texture", 1317, "TextureBlobs"},
-    {8, "TextureWaveNode", "Wave Texture", 1306, "TextureWave"},
-    {9, "TextureCheckerboardNode", "Checkerboard Texture", 282, "TextureCheckerboard"},
-    {10, "TextureImageNode", "Image Texture", 288, "TextureImage"},
-    {11, "TextureTransformNode", "Texture Transform", 512, "TextureTransform"},
-    {12, "TextureTurbulenceNode", "Texture Turbulence", 517, "TextureTurbulence"},
-    {13, "TextureRgbMapNode", "Texture RGB to XYZ", 1301, "TextureRgbMap"},
-    {14, "TextureExponentNode", "Texture Exponent", 773, "TextureExponent"},
-    {15, "TextureScaleBiasNode", "Texture ScaleBias", 778, "TextureScaleBias"},
-    {16, "TextureGradientNode", "Texture Gradient", 1296, "TextureGradient"},
-    {17, "TextureClampNode", "Texture Clamp", 784, "TextureClamp"},
-    {18, "TextureInvertNode", "Texture Invert", 789, "TextureInvert"},
-    {19, "TextureMaximumNode", "Texture Maximum", 1024, "TextureMaximum"},
-    {20, "TextureMinimumNode", "Texture Minimum", 1029, "TextureMinimum"},
-    {21, "TextureAdditionNode", "Texture Addition", 1034, "TextureAddition"},
-    {22, "TextureMultiplyNode", "Texture Multiply", 1040, "TextureMultiply"},
-    {23, "TexturePowerNode", "Texture Power", 1045, "TexturePower"},
-    {24, "TextureBlendNode", "Texture Blend", 1280, "TextureBlend"},
-    {25, "TextureSelectNode", "Texture Select", 1285, "TextureSelect"},
-};
-
+constexpr unsigned kOfferedCount = 26;
 const char* const kIconFolder = ":/Texture/Resources/Icons/";
 
 std::string demangle(const char* name) {
@@ -87,7 +50,7 @@ protected:
 };
 
 TEST_F(CatalogueTest, OffersTwentySixTypesAndNothingBeyondIndexTwentyFive) {
-    EXPECT_EQ(PluginLibrary::Get().count()(), 26u);
+    EXPECT_EQ(PluginLibrary::Get().count()(), kOfferedCount);
     auto last = interfaceAt(25);
     ASSERT_NE(last, nullptr);
     EXPECT_EQ(last->GetTypeName(), "Texture Select");
@@ -95,53 +58,37 @@ TEST_F(CatalogueTest, OffersTwentySixTypesAndNothingBeyondIndexTwentyFive) {
         EXPECT_EQ(interfaceAt(index), nullptr) << "index " << index;
 }
 
-TEST_F(CatalogueTest, EveryRowReportsItsNamesTypeIdGroupAndIcons) {
-    for (const Row& row : kOffered) {
-        SCOPED_TRACE(row.displayName);
-        auto type = interfaceAt(row.index);
+// Names, type ids, icon paths and classes are compared with the recorded listing of the
+// texture command; these are the answers the listing does not show.
+TEST_F(CatalogueTest, FactoriesMakeNodesOfTheirOwnClassAndHostSlotsKeepTheirAnswers) {
+    for (unsigned index = 0; index < kOfferedCount; ++index) {
+        auto type = interfaceAt(index);
         ASSERT_NE(type, nullptr);
-        EXPECT_EQ(type->GetTypeName(), row.displayName);
-        EXPECT_EQ(type->GetNodeType(), (NodeType{10, 304, row.code}));
-        EXPECT_EQ(type->GetCategory(), 7);
-        EXPECT_EQ(type->GetLibraryName(), "Texture");
-        EXPECT_EQ(type->GetIconPath(), std::string(kIconFolder) + row.iconStem + ".png");
-        EXPECT_EQ(type->GetSmallIconPath(), std::string(kIconFolder) + row.iconStem + "12.png");
+        SCOPED_TRACE(type->GetTypeName());
+        NodeFactory* factory = type->GetFactory();
+        ASSERT_NE(factory, nullptr);
+        EXPECT_EQ(factory->GetNodeType(), type->GetNodeType());
+        std::unique_ptr<Node> node(factory->CreateNode());
+        ASSERT_NE(node, nullptr);
+        EXPECT_EQ(demangle(typeid(*node).name()), factory->GetClassName());
+        EXPECT_EQ(node->GetNodeType(), type->GetNodeType());
+        EXPECT_EQ(node->GetTypeName(), type->GetTypeName());
+        std::unique_ptr<Node> second(factory->CreateNode());
+        EXPECT_NE(second.get(), node.get()) << "each call makes a new node";
         // Slots the library leaves to the host keep the host's answers.
         EXPECT_EQ(type->GetModeName(), "as_is");
         EXPECT_EQ(type->ReservedValue13(), 0);
         EXPECT_EQ(type->CreateAttributesWidget(nullptr, nullptr, 1), nullptr);
-        if (row.code != 5) {
+        if (index != 1) {
             EXPECT_FALSE(type->RunSelfTest()) << "only Render 3D has a self-check";
         }
     }
 }
 
-TEST_F(CatalogueTest, FactoriesMakeNodesOfTheirOwnClassAndType) {
-    for (const Row& row : kOffered) {
-        SCOPED_TRACE(row.displayName);
-        auto type = interfaceAt(row.index);
-        ASSERT_NE(type, nullptr);
-        NodeFactory* factory = type->GetFactory();
-        ASSERT_NE(factory, nullptr);
-        EXPECT_STREQ(factory->GetClassName(), row.className);
-        EXPECT_EQ(factory->GetNodeType(), type->GetNodeType());
-
-        std::unique_ptr<Node> node(factory->CreateNode());
-        ASSERT_NE(node, nullptr);
-        EXPECT_EQ(demangle(typeid(*node).name()), row.className);
-        EXPECT_EQ(node->GetNodeType(), type->GetNodeType());
-        EXPECT_EQ(node->GetTypeName(), row.displayName);
-
-        std::unique_ptr<Node> second(factory->CreateNode());
-        EXPECT_NE(second.get(), node.get()) << "each call makes a new node";
-    }
-}
-
 TEST_F(CatalogueTest, EveryCallMakesAFreshInterfaceOwningAFreshFactory) {
-    for (const Row& row : kOffered) {
-        SCOPED_TRACE(row.displayName);
-        auto first = interfaceAt(row.index);
-        auto second = interfaceAt(row.index);
+    for (unsigned index = 0; index < kOfferedCount; ++index) {
+        auto first = interfaceAt(index);
+        auto second = interfaceAt(index);
         ASSERT_NE(first, nullptr);
         ASSERT_NE(second, nullptr);
         EXPECT_NE(first.get(), second.get());
@@ -177,9 +124,8 @@ TEST_F(CatalogueTest, CurveTerraceAndJoinCannotBeReached) {
 
 TEST_F(CatalogueTest, IconsLoadFromTheResourcesAtTheirSizesAndDifferByType) {
     std::set<std::string> seenLarge;
-    for (const Row& row : kOffered) {
-        SCOPED_TRACE(row.displayName);
-        auto type = interfaceAt(row.index);
+    for (unsigned index = 0; index < kOfferedCount; ++index) {
+        auto type = interfaceAt(index);
         ASSERT_NE(type, nullptr);
         const QImage large(QString::fromStdString(type->GetIconPath()));
         const QImage small(QString::fromStdString(type->GetSmallIconPath()));

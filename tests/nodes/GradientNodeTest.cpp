@@ -2,37 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "host/Engine.h"
 #include "host/GradientNode.h"
 #include "host/Image.h"
 #include "nodes/TextureGradientNode.h"
+#include "nodes/TexturePerlinNode.h"
 #include "noisepp/modules/GradientModule.h"
-#include "tests/nodes/ModifierNodeTestSupport.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 
 using noisepp::ColorGradient;
 using noisepp::TextureColor;
-
-/// Output 0 "image": always the image it was made with.
-class ImageSourceNode : public Node {
-public:
-    explicit ImageSourceNode(Image* image) : mImage(image) {
-        mImage->AddRef();
-        mOutputs.push_back({0, kImagePlug, "image"});
-        UpdateInplugsAndOutplugs();
-    }
-    ~ImageSourceNode() override { mImage->Release(); }
-    NodeType GetNodeType() const override { return {99, 304, 2}; }
-    std::string GetTypeName() const override { return "Test Image"; }
-    void Evaluate(unsigned, Value**) override {}
-    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
-
-private:
-    Image* mImage;
-};
 
 struct ExpectedStop {
     float position;
@@ -42,15 +26,15 @@ struct ExpectedStop {
 class GradientNodeTest : public testing::Test {
 protected:
     void SetUp() override {
-        source = graph.addVaryingSource(4);
-        node = graph.add<TextureGradientNode>();
-        graph.connect(source, node, "texture");
+        source = graph.Add<TexturePerlinNode>("source");
+        node = graph.Add<TextureGradientNode>("gradient");
+        graph.Connect(source, node, "texture");
     }
 
     /// Evaluates the node and expects its gradient to hold exactly these stops, with the span
     /// to each next stop prepared, and this interpolation mode.
     void expectStops(const std::vector<ExpectedStop>& expected, std::int32_t mode) {
-        const auto* module = dynamic_cast<const noisepp::GradientModule*>(graph.evaluate(node));
+        const auto* module = dynamic_cast<const noisepp::GradientModule*>(graph.Evaluate(node));
         ASSERT_NE(module, nullptr);
         EXPECT_EQ(module->getGradient().getMode(), mode);
         const std::vector<ColorGradient::Stop>& stops = module->getGradient().getStops();
@@ -73,11 +57,14 @@ protected:
             pixels.insert(pixels.end(), {c.red, c.green, c.blue, c.opacity});
         pixels.resize(pixels.size() * 2, 0.5f);
         const int width = static_cast<int>(bottom.size());
-        graph.connect(graph.add<ImageSourceNode>(new Image(width, 2, 0, pixels.data())), node,
-                      "gradient");
+        const std::string id = "image" + std::to_string(++images);
+        auto* source = graph.Add<gentest::ImageSourceNode>(id);
+        source->SetImage(new Image(width, 2, 0, pixels.data()));
+        graph.Connect(source, node, "gradient");
     }
 
-    modtest::Graph graph;
+    gentest::NodeGraph graph;
+    int images = 0;
     Node* source = nullptr;
     TextureGradientNode* node = nullptr;
 };
@@ -128,7 +115,7 @@ TEST_F(GradientNodeTest, PrefersTheImageToItsOwnGradientUntilTheImageGoes) {
 
     graph.engine.Disconnect(node, node->FindInplug("texture"));
     connectImage({{1, 1, 1, 1}});
-    EXPECT_EQ(graph.evaluate(node), nullptr) << "an image alone is no texture";
+    EXPECT_EQ(graph.Evaluate(node), nullptr) << "an image alone is no texture";
 }
 
 TEST_F(GradientNodeTest, AnEditRecordedForUndoIsUndoneInTheNextTexture) {

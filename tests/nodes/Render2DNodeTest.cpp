@@ -1,4 +1,4 @@
-// Render 2D Texture node: declaration, frame rounding, the minimum range, the size limit,
+// Render 2D Texture node: frame rounding, the minimum range, the size limit,
 // opaque black without a texture, bit-for-bit agreement with the plane builder (plain and
 // seamless), seamless tiling, releasing and sharing the image, log lines.
 
@@ -6,11 +6,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
+#include <set>
+#include <thread>
 #include <vector>
 
 #include "nodes/ImageRender2DTextureNode.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
+#include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/RenderNodeTestSupport.h"
 
 namespace {
@@ -49,56 +53,6 @@ protected:
     noisepp::PerlinModule perlin;
     RenderGraph<ImageRender2DTextureNode> graph;
 };
-
-TEST_F(Render2DNodeTest, DeclaresItsAttributesAndPlugs) {
-    const Node& node = *graph.render;
-    EXPECT_EQ(node.GetNodeType(), (NodeType{10, 304, 0}));
-    EXPECT_EQ(node.GetTypeName(), "Render 2D Texture");
-    const char* names[] = {"frame", "start_x", "start_y", "start_z", "range", "seamless"};
-    ASSERT_EQ(node.GetAttributes().size(), 6u);
-    for (unsigned id = 0; id < 6; ++id) {
-        EXPECT_EQ(node.GetAttribute(id)->GetName(), names[id]);
-        EXPECT_EQ(node.GetInplugIdFromAttributeId(id), id);
-    }
-    EXPECT_EQ(node.GetAttribute(0)->GetDefault().GetFrame(), (Frame{0, 0, 512, 512}));
-    EXPECT_EQ(node.GetAttribute(0)->GetMinimum(), -8000.0);
-    EXPECT_EQ(node.GetAttribute(0)->GetMaximum(), 8000.0);
-    for (unsigned id = 1; id <= 3; ++id) {
-        EXPECT_EQ(node.GetAttribute(id)->GetStep(), 0.10000000149011612);
-        EXPECT_EQ(node.GetAttribute(id)->GetMinimum(), -10000.0);
-        EXPECT_EQ(node.GetAttribute(id)->GetDecimals(), 2);
-    }
-    EXPECT_EQ(node.GetAttribute(4)->GetDefault().GetPoint(), (Point{1, 1}));
-    EXPECT_EQ(node.GetAttribute(4)->GetMaximum(), 8000.0);
-    EXPECT_FALSE(node.GetAttribute(5)->GetDefault().GetBool());
-
-    ASSERT_EQ(node.GetRegularInputs().size(), 1u);
-    EXPECT_EQ(node.GetRegularInputs()[0].name, "texture");
-    EXPECT_EQ(node.GetRegularInputs()[0].plugType, Node::kTexturePlug);
-    ASSERT_EQ(node.GetOutplugs().size(), 1u);
-    EXPECT_EQ(node.GetOutplugs()[0].name, "image");
-    EXPECT_EQ(node.GetOutplugs()[0].plugType, Node::kImagePlug);
-
-    ASSERT_EQ(node.GetCombinedAttributes().size(), 2u);
-    EXPECT_EQ(node.GetCombinedAttributes()[0].componentNames,
-              (std::vector<std::string>{"position_x", "position_y", "size_x", "size_y"}));
-    EXPECT_EQ(node.GetCombinedAttributes()[1].componentNames,
-              (std::vector<std::string>{"range_x", "range_y"}));
-}
-
-TEST_F(Render2DNodeTest, DefaultsSampleTheUnitSquareAt512Pixels) {
-    graph.SetTexture(&perlin);
-    const NodeValue output = graph.Render();
-    const Image* image = output.GetImage();
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->GetSizeX(), 512);
-    EXPECT_EQ(image->GetSizeY(), 512);
-    EXPECT_EQ(image->GetPinX(), 0);
-    EXPECT_EQ(image->GetPinY(), 0);
-    const float* data = image->GetConstArray();
-    EXPECT_EQ(std::vector<float>(data, data + 512 * 512 * 4),
-              BuilderPixels(perlin, 512, 512, 0.0, 0.0, 1.0, 1.0, 0.0, false));
-}
 
 TEST_F(Render2DNodeTest, MatchesThePlaneBuilderWithCoordinatesNarrowedToFloat) {
     graph.SetTexture(&perlin);
@@ -265,6 +219,47 @@ TEST_F(Render2DNodeTest, LogsTheStartAndTheRenderTime) {
     EXPECT_TRUE(rendertest::IsTimingLine(
         log.lines.back(), "Texture.dll ImageRender2DTextureNode::Evaluate - Render image: "))
         << log.lines.back();
+}
+
+/// Records the threads that sample it.
+class ThreadProbe : public noisepp::Module {
+public:
+    ThreadProbe() : Module(0) {}
+    std::size_t addToPipeline(noisepp::Pipeline3D* pipeline) const override {
+        return pipeline->addElement(this, new Element(*this));
+    }
+    int getType() const override { return -1; }
+
+    mutable std::mutex mutex;
+    mutable std::set<std::thread::id> threads;
+
+private:
+    struct Element : noisepp::PipelineElement3D {
+        explicit Element(const ThreadProbe& probe) : probe(probe) {}
+        noisepp::TextureColor getValue(double, double, double) const override {
+            const std::lock_guard<std::mutex> lock(probe.mutex);
+            probe.threads.insert(std::this_thread::get_id());
+            return {};
+        }
+        const ThreadProbe& probe;
+    };
+};
+
+TEST_F(Render2DNodeTest, SamplesOnTheThreadCountOfTheEnginesRenderOptions) {
+    noisepp::utils::setProcessorCount(4);
+    ThreadProbe probe;
+    graph.SetTexture(&probe);
+    SetFrame(0, 0, 16, 64);
+    graph.engine.SetRenderOptions(RenderOptions{1});
+    graph.Render();
+    EXPECT_EQ(probe.threads, std::set<std::thread::id>{std::this_thread::get_id()});
+    probe.threads.clear();
+    graph.engine.SetRenderOptions(RenderOptions{2});
+    graph.engine.MarkDirty(graph.render);
+    graph.Render();
+    EXPECT_FALSE(probe.threads.contains(std::this_thread::get_id())) << "workers sample";
+    EXPECT_LE(probe.threads.size(), 2u);
+    noisepp::utils::setProcessorCount(0);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// Render 3D Texture node: declaration, the texture-space mapping (surface point, scale, rotation
+// Render 3D Texture node: the texture-space mapping (surface point, scale, rotation
 // signs and order, translation), driving images (grey and colour, per pixel) and their
 // size-mismatch warnings, frame rounding, the size limit, missing texture and mesh, scene
-// caching and the engine events that invalidate it, thread independence, the release event
-// and the built-in self-check.
+// caching and the engine events that invalidate it, thread independence, log lines and
+// the built-in self-check.
 
 #include <gtest/gtest.h>
 
@@ -86,48 +86,6 @@ protected:
     ProbeModule probe;
     RenderGraph<ImageRender3DTextureNode> graph;
 };
-
-TEST_F(Render3DNodeTest, DeclaresItsAttributesAndPlugs) {
-    const Node& node = *graph.render;
-    EXPECT_EQ(node.GetNodeType(), (NodeType{10, 304, 5}));
-    EXPECT_EQ(node.GetTypeName(), "Render 3D Texture");
-    const char* names[] = {"frame",    "mesh",     "translate_x", "translate_y", "translate_z",
-                           "rotate_x", "rotate_y", "rotate_z",    "scale_x",     "scale_y",
-                           "scale_z",  "samples",  "prefilter"};
-    ASSERT_EQ(node.GetAttributes().size(), 13u);
-    for (unsigned id = 0; id < 13; ++id)
-        EXPECT_EQ(node.GetAttribute(id)->GetName(), names[id]);
-    EXPECT_EQ(node.GetAttribute(0)->GetDefault().GetFrame(), (Frame{0, 0, 512, 512}));
-    EXPECT_EQ(node.GetAttribute(1)->GetDefault().GetMesh(), (MeshReference{-1, -1, false}));
-    for (unsigned id = 2; id <= 10; ++id) {
-        const Attribute& a = *node.GetAttribute(id);
-        const bool rotate = id >= 5 && id <= 7;
-        const bool scale = id >= 8;
-        EXPECT_EQ(a.GetDefault().GetPoint(), scale ? (Point{1, 1}) : (Point{0, 0})) << a.GetName();
-        EXPECT_EQ(a.GetMinimum(), rotate ? -360.0 : -10000.0) << a.GetName();
-        EXPECT_EQ(a.GetMaximum(), rotate ? 360.0 : 10000.0) << a.GetName();
-        EXPECT_EQ(a.GetDecimals(), 3) << a.GetName();
-    }
-    EXPECT_EQ(node.GetAttribute(11)->GetDefault().GetNumber(), 1.0);
-    EXPECT_EQ(node.GetAttribute(11)->GetMaximum(), 16.0);
-    EXPECT_EQ(node.GetAttribute(12)->GetDefault().GetNumber(), 5.0);
-    EXPECT_EQ(node.GetAttribute(12)->GetMaximum(), 128.0);
-    ASSERT_EQ(node.GetCombinedAttributes().size(), 1u);
-    EXPECT_EQ(node.GetCombinedAttributes()[0].attributeId, 0u);
-
-    const std::vector<std::pair<std::string, unsigned>> inputs = {{"texture", Node::kTexturePlug},
-                                                                  {"translate", Node::kImagePlug},
-                                                                  {"rotate", Node::kImagePlug},
-                                                                  {"scale", Node::kImagePlug}};
-    ASSERT_EQ(node.GetRegularInputs().size(), inputs.size());
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        EXPECT_EQ(node.GetRegularInputs()[i].name, inputs[i].first);
-        EXPECT_EQ(node.GetRegularInputs()[i].plugType, inputs[i].second);
-    }
-    ASSERT_EQ(node.GetOutplugs().size(), 1u);
-    EXPECT_EQ(node.GetOutplugs()[0].name, "image");
-    EXPECT_EQ(node.GetOutplugs()[0].plugType, Node::kImagePlug);
-}
 
 TEST_F(Render3DNodeTest, AQuadWithUvsEqualToItsPositionsShowsTheTextureAtPixelCentres) {
     ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{x, y, 0.0}; });
@@ -368,16 +326,17 @@ TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {
     graph.Set("samples", NodeValue::Number(2));
     graph.Set("prefilter", NodeValue::Number(2));
     graph.Set("rotate_y", NodeValue::FromPoint(Point{30, 30}));
-    noisepp::utils::setProcessorCount(1);
+    graph.engine.SetRenderOptions(RenderOptions{1});
     const std::vector<float> single = graph.Pixels();
-    noisepp::utils::setProcessorCount(3);
+    graph.engine.SetRenderOptions(RenderOptions{3});
     graph.engine.MarkDirty(graph.render);
     const std::vector<float> threaded = graph.Pixels();
     ASSERT_EQ(single.size(), 48u * 40u * 4u);
     EXPECT_EQ(single, threaded);
 }
 
-TEST_F(Render3DNodeTest, ReleasesItsImageOnTheReleaseEventAndLogsItsRender) {
+// Releasing the image is the render base's and tested with Render 2D.
+TEST_F(Render3DNodeTest, LogsItsRender) {
     const rendertest::LogCapture log;
     NodeValue kept = graph.Render();
     ASSERT_NE(kept.GetImage(), nullptr);
@@ -388,11 +347,6 @@ TEST_F(Render3DNodeTest, ReleasesItsImageOnTheReleaseEventAndLogsItsRender) {
         return rendertest::IsTimingLine(
             line, "Texture.dll ImageRender3DTextureNode::Evaluate - Render uv scene: ");
     }));
-    graph.render->ProcessEvent(NodeEvent::kInputsChanged, 0);
-    EXPECT_EQ(graph.render->GetOutputImage(0), kept.GetImage());
-    graph.engine.ReleaseOutputs(graph.render);
-    EXPECT_EQ(graph.render->GetOutputImage(0), nullptr);
-    EXPECT_EQ(kept.GetImage()->GetRefCount(), 1);
 }
 
 TEST_F(Render3DNodeTest, TheSelfCheckPassesAndRestoresTheScene) {

@@ -20,6 +20,7 @@
 #include "host/Node.h"
 #include "noisepp/core/Module.h"
 #include "noisepp/core/Pipeline.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace rendertest {
 
@@ -184,30 +185,6 @@ public:
     RenderNode* render = nullptr;
 };
 
-/// Output 0 "image": an image the test supplies (one reference held while set).
-class ImageSourceNode : public Node {
-public:
-    ImageSourceNode() {
-        mOutputs.push_back({0, kImagePlug, "image", 0});
-        UpdateInplugsAndOutplugs();
-    }
-    ~ImageSourceNode() override { SetImage(nullptr); }
-    NodeType GetNodeType() const override { return {99, 2, 2}; }
-    std::string GetTypeName() const override { return "Test Image Source"; }
-    void Evaluate(unsigned, Value**) override {}
-    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
-
-    /// Takes a reference to `image` (may be null) and drops the previous one.
-    void SetImage(Image* image) {
-        if (image != nullptr)
-            image->AddRef();
-        if (mImage != nullptr)
-            mImage->Release();
-        mImage = image;
-    }
-
-private:
-    Image* mImage = nullptr;
-};
+using gentest::ImageSourceNode;
 
 }  // namespace rendertest

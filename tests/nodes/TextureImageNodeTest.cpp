@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "GeneratorNodeTestSupport.h"
 #include "host/Image.h"
 #include "nodes/TextureImageNode.h"
 #include "noisepp/modules/ImageModule.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 
@@ -20,39 +20,14 @@ using gentest::NodeGraph;
 using gentest::SameTexture;
 using gentest::Sample;
 
-/// A node offering whatever picture the test shows on its output 0 "image".
-class PictureNode : public Node {
-public:
-    PictureNode() {
-        mOutputs.push_back({0, kImagePlug, "image"});
-        UpdateInplugsAndOutplugs();
-    }
-    ~PictureNode() override { Show(nullptr); }
-    NodeType GetNodeType() const override { return {99, 9, 1}; }
-    std::string GetTypeName() const override { return "Test Picture"; }
-    void Evaluate(unsigned, Value**) override {}
-    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
-
-    void Show(Image* image) {
-        if (image != nullptr)
-            image->AddRef();
-        if (mImage != nullptr)
-            mImage->Release();
-        mImage = image;
-    }
-
-private:
-    Image* mImage = nullptr;
-};
-
 /// An image node fed by a picture node, in one engine.
 struct ImageGraph : NodeGraph {
     ImageGraph() {
-        picture = Add<PictureNode>("picture");
+        picture = Add<gentest::ImageSourceNode>("picture");
         node = Add<TextureImageNode>("image");
     }
     void Show(Image* image) {
-        picture->Show(image);
+        picture->SetImage(image);
         engine.MarkDirty(picture);
     }
     void Plug() {
@@ -61,7 +36,7 @@ struct ImageGraph : NodeGraph {
     void Unplug() { engine.Disconnect(node, node->GetInplugIdFromRegularInputId(0)); }
     const noisepp::ImageModule* Module() { return EvaluateAs<noisepp::ImageModule>(node); }
 
-    PictureNode* picture;
+    gentest::ImageSourceNode* picture;
     TextureImageNode* node;
 };
 

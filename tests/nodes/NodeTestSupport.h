@@ -1,6 +1,6 @@
 #pragma once
 
-// Shared by the generator node tests: a local engine that adds nodes, sets attributes and
+// Shared by the node tests: a local engine that adds and links nodes, sets attributes and
 // hands back the module a node published, and a bit-for-bit comparison of two module trees.
 
 #include <gtest/gtest.h>
@@ -11,8 +11,10 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "host/Engine.h"
+#include "host/Image.h"
 #include "host/Node.h"
 #include "noisepp/core/Module.h"
 #include "noisepp/core/Pipeline.h"
@@ -22,12 +24,21 @@ namespace gentest {
 /// Nodes in a local engine, driven as a host drives them.
 class NodeGraph {
 public:
-    template <class NodeClass>
-    NodeClass* Add(const std::string& id) {
+    template <class NodeClass, class... Args>
+    NodeClass* Add(const std::string& id, Args&&... args) {
         std::string error;
-        Node* node = engine.AddNode(std::make_unique<NodeClass>(), id, &error);
+        Node* node =
+            engine.AddNode(std::make_unique<NodeClass>(std::forward<Args>(args)...), id, &error);
         EXPECT_NE(node, nullptr) << error;
         return static_cast<NodeClass*>(node);
+    }
+
+    /// Links output 0 of `from` to the inplug named `input` of `to`.
+    void Connect(Node* from, Node* to, const std::string& input) {
+        std::string error;
+        ASSERT_TRUE(
+            engine.Connect(from, 0, to, static_cast<unsigned>(to->FindInplug(input)), &error))
+            << error;
     }
 
     void Set(Node* node, unsigned attributeId, const NodeValue& value) {
@@ -76,6 +87,32 @@ public:
     }
 
     Engine engine;
+};
+
+/// Output 0 "image": an image the test supplies (one reference held while set).
+class ImageSourceNode : public Node {
+public:
+    ImageSourceNode() {
+        mOutputs.push_back({0, kImagePlug, "image", 0});
+        UpdateInplugsAndOutplugs();
+    }
+    ~ImageSourceNode() override { SetImage(nullptr); }
+    NodeType GetNodeType() const override { return {99, 2, 2}; }
+    std::string GetTypeName() const override { return "Test Image Source"; }
+    void Evaluate(unsigned, Value**) override {}
+    Image* GetOutputImage(unsigned index) override { return index == 0 ? mImage : nullptr; }
+
+    /// Takes a reference to `image` (may be null) and drops the previous one.
+    void SetImage(Image* image) {
+        if (image != nullptr)
+            image->AddRef();
+        if (mImage != nullptr)
+            mImage->Release();
+        mImage = image;
+    }
+
+private:
+    Image* mImage = nullptr;
 };
 
 /// The colour of a module tree at one point, through a freshly compiled pipeline.

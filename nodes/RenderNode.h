@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+
+#include "host/Node.h"
+#include "library/NodeCatalogue.h"
+#include "nodes/AttributeRow.h"
+
+class Image;
+
+/// A node that renders the texture on its input 0 "texture" into a float RGBO image on its
+/// output 0 "image", pinned on the canvas where its "frame" attribute (id 0) says and as large
+/// as the frame. The node keeps one reference to its image and gives it up before every
+/// evaluation and on a release-outputs event.
+class RenderNode : public Node {
+public:
+    static constexpr unsigned kFrame = 0;
+
+    ~RenderNode() override;
+
+    NodeType GetNodeType() const final { return mEntry.GetNodeType(); }
+    std::string GetTypeName() const final { return mEntry.typeName; }
+    /// Releases the current image on a release-outputs event (type 11); true for every event.
+    bool OnProcessEvent(const NodeEvent& event) override;
+    void Evaluate(unsigned outplug, Value** inputs) final;
+    /// The current image for index 0 (the node keeps its reference), null otherwise.
+    Image* GetOutputImage(unsigned index) final;
+
+protected:
+    /// The image's pin and size in pixels, from the frame rounded half down.
+    struct PixelFrame {
+        int pinX = 0;
+        int pinY = 0;
+        int width = 0;
+        int height = 0;
+    };
+
+    /// Declares "frame" and the texture input; the subclass declares the rest.
+    explicit RenderNode(const NodeCatalogueEntry& entry);
+
+    /// Renders into a new image (PublishNewImage) while the evaluation flag is set.
+    virtual void Render(unsigned outplug, Value** inputs, const PixelFrame& frame) = 0;
+
+    /// False, with the error state set on `outplug`, for a size beyond the host's maximum.
+    bool FitsHost(unsigned outplug, const PixelFrame& frame);
+    /// Replaces the current image by a new one of this size.
+    void PublishNewImage(int width, int height);
+    Image* GetImage() const { return mImage; }
+    /// Worker threads for a render: the engine's render option, 0 (one per processor) outside
+    /// an engine.
+    unsigned GetThreadCount() const;
+    /// "Texture.dll <node class>::Evaluate - <what>".
+    std::string LogPrefix() const;
+
+private:
+    void ReleaseImage();
+
+    const NodeCatalogueEntry& mEntry;
+    Image* mImage = nullptr;
+};
