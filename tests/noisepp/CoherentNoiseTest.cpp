@@ -10,8 +10,8 @@
 #include <limits>
 #include <random>
 
-#include "noisepp/modules/CoherentNoise.h"
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/CoherentNoise.h"
+#include "noisepp/math/NoiseTables.h"
 
 namespace noisepp {
 namespace {

@@ -15,7 +15,7 @@
 
 #include "FractalReference.h"
 #include "noisepp/modules/BillowModule.h"
-#include "noisepp/modules/OctaveTable.h"
+#include "noisepp/math/OctaveTable.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"
 

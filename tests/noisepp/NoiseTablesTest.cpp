@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/NoiseTables.h"
 
 namespace noisepp {
 namespace {
