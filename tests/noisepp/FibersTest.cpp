@@ -74,7 +74,6 @@ TEST(Fibers, TheSameSeedGivesTheSameFibresAndAnotherSeedOthers) {
 
 TEST(Fibers, DefaultsCoverPartOfTheMatrixWithFibresBetweenColoursAAndB) {
     FibersModule m;
-    EXPECT_EQ(m.getType(), 0);
     distinctColours(m);
     const auto image = render(m, 96, 4.0);
     const double share = coveredShare(image);

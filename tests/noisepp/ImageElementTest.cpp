@@ -94,7 +94,6 @@ TEST(ImageModule, WithoutImageEveryPointIsOpaqueBlack) {
 TEST(ImageModule, CompilesWithoutSourcesAndRefusesAnEmptyTable) {
     const std::vector<double> table = summedAreaTable();
     ImageModule module;
-    EXPECT_EQ(module.getType(), 7);
     EXPECT_EQ(module.getSourceModuleCount(), 0u);
     module.setImage(kWidth, kHeight, table.data());
     module.setFlags(ImageModule::kRepeatY);

@@ -65,18 +65,6 @@ TEST(Module, WalkTreeFindsIndirectSources) {
     EXPECT_FALSE(middle.walkTree(&top));
 }
 
-TEST(Module, MissingSourceThrowsBeforeAnyElementIsBuilt) {
-    SumModule sum;
-    LevelModule level;
-    sum.setSourceModule(0, &level);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { sum.addToPipeline(&pipeline); });
-    EXPECT_EQ(message.rfind("source module is not set in '", 0), 0u) << message;
-    EXPECT_NE(message.find("addToPipeline"), std::string::npos) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-    EXPECT_EQ(level.compileCount, 0);
-}
-
 TEST(Exception, EmptyDetailEndsAfterTheFunction) {
     EXPECT_STREQ(ParamInvalidException("p", "f()").what(), "invalid parameter for 'p' in 'f()'");
     EXPECT_STREQ(ParamInvalidException("p", "f()", "d").what(),

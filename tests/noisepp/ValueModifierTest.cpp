@@ -51,7 +51,6 @@ TEST(RgbMap, MixMovesTheLookupTowardsTheColour) {
     RgbMapModule map;
     map.setSourceModule(0, &echo);
     map.setSourceModule(1, &coordinates);
-    EXPECT_EQ(map.getType(), 14);
 
     map.setMix(0.0);
     EXPECT_EQ(Compiled(map).at(4.0, 5.0, 6.0), (TextureColor{4.0f, 5.0f, 6.0f, 1.0f}));
@@ -83,22 +82,10 @@ TEST(RgbMap, EvaluatesTheCoordinateSourceFirst) {
     EXPECT_EQ(log, "s") << "source 0 is compiled before source 1";
 }
 
-TEST(RgbMap, NeedsBothSources) {
-    EchoModule echo;
-    RgbMapModule map;
-    map.setSourceModule(0, &echo);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { map.addToPipeline(&pipeline); });
-    EXPECT_TRUE(startsWith(message, "source module is not set in '")) << message;
-    EXPECT_TRUE(contains(message, "RgbMapModule::addToPipeline")) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-}
-
 TEST(Curve, IsInertButCompilesItsSource) {
     std::string log;
     FixedColorModule source({0.5f, 0.5f, 0.5f, 1.0f}, &log, 's');
     CurveModule curve;
-    EXPECT_EQ(curve.getType(), 8);
     curve.setSourceModule(0, &source);
     for (int i = 0; i < 4; ++i)
         curve.addControlPoint(i * 0.25, 1.0 - i * 0.25);
@@ -109,15 +96,12 @@ TEST(Curve, IsInertButCompilesItsSource) {
     EXPECT_EQ(log, "") << "the source is never evaluated";
 }
 
-TEST(Curve, NeedsFourPointsAndASource) {
+TEST(Curve, NeedsFourPoints) {
     EchoModule echo;
     CurveModule curve;
     for (int i = 0; i < 3; ++i)
         curve.addControlPoint(i, i);
     Pipeline3D pipeline;
-    EXPECT_TRUE(startsWith(messageOf([&] { curve.addToPipeline(&pipeline); }),
-                           "source module is not set in '"))
-        << "the source check comes first";
     curve.setSourceModule(0, &echo);
     const std::string message = messageOf([&] { curve.addToPipeline(&pipeline); });
     EXPECT_TRUE(startsWith(message, "invalid parameter for 'count' in '")) << message;
@@ -142,7 +126,6 @@ TEST(Curve, ElementChecksItsPoints) {
 
 TEST(Exponent, RaisesEveryChannelIncludingOpacity) {
     ExponentModule exponent;
-    EXPECT_EQ(exponent.getType(), 9);
     EXPECT_EQ(exponent.getExponent(), 1.0);
     EXPECT_EQ(applyTo(exponent, {0.3f, 0.6f, 0.9f, 0.5f}), (TextureColor{0.3f, 0.6f, 0.9f, 0.5f}));
     exponent.setExponent(2.0);
@@ -165,7 +148,6 @@ TEST(Exponent, PowerIsTakenInSinglePrecision) {
 
 TEST(ScaleBias, WrapsOnceAboveOneOnly) {
     ScaleBiasModule scaleBias;
-    EXPECT_EQ(scaleBias.getType(), 16);
     scaleBias.setScale(1.0f);
     scaleBias.setBias(0.5f);
     const TextureColor shifted = applyTo(scaleBias, {0.7f, 0.2f, -0.8f, 0.7f});
@@ -194,7 +176,6 @@ TEST(ScaleBias, ArithmeticIsSinglePrecision) {
 
 TEST(Clamp, LowerBoundFirstThenUpper) {
     ClampModule clamp;
-    EXPECT_EQ(clamp.getType(), 6);
     EXPECT_EQ(applyTo(clamp, {-0.5f, 0.5f, 1.5f, 2.0f}), (TextureColor{0.0f, 0.5f, 1.0f, 1.0f}))
         << "the default range is 0 ... 1 in every channel";
     clamp.setLowerColor({0.2f, 0.2f, 0.2f, 0.0f});
@@ -208,7 +189,6 @@ TEST(Clamp, LowerBoundFirstThenUpper) {
 
 TEST(Invert, InvertsColourButNotOpacity) {
     InvertModule invert;
-    EXPECT_EQ(invert.getType(), 10);
     EXPECT_EQ(applyTo(invert, {0.25f, 0.5f, 1.0f, 0.3f}), (TextureColor{0.75f, 0.5f, 0.0f, 0.3f}));
     EXPECT_EQ(applyTo(invert, {-1.0f, 2.0f, 0.0f, 0.0f}), (TextureColor{2.0f, -1.0f, 1.0f, 0.0f}));
 }
@@ -223,7 +203,6 @@ protected:
 };
 
 TEST_F(TerraceTest, RisesQuadraticallyBetweenPoints) {
-    EXPECT_EQ(mTerrace.getType(), 19);
     const TextureColor plain = applyTo(mTerrace, {0.25f, -1.0f, 2.0f, 0.75f});
     EXPECT_EQ(plain, (TextureColor{0.125f, 0.0f, 1.0f, 0.625f}))
         << "a = 0.5 gives a quarter of the step; below and above the ends give the ends; "
@@ -276,28 +255,6 @@ TEST_F(TerraceTest, NeedsTwoPoints) {
         messageOf([&] { TerraceElement3D(pipeline, source, points, 1, false); });
     EXPECT_TRUE(contains(oneCount, "'count' in '")) << oneCount;
     EXPECT_TRUE(contains(oneCount, "': assertion 'count >= 2' failed")) << oneCount;
-}
-
-TEST(ValueModifiers, MissingSourceNamesTheModule) {
-    ExponentModule exponent;
-    ScaleBiasModule scaleBias;
-    ClampModule clamp;
-    InvertModule invert;
-    TerraceModule terrace;
-    terrace.addTerracePoint(0.0);
-    terrace.addTerracePoint(1.0);
-    const std::pair<Module*, std::string> cases[] = {{&exponent, "ExponentModule"},
-                                                     {&scaleBias, "ScaleBiasModule"},
-                                                     {&clamp, "ClampModule"},
-                                                     {&invert, "SingleSourceModule"},
-                                                     {&terrace, "TerraceModule"}};
-    for (const auto& [module, name] : cases) {
-        Pipeline3D pipeline;
-        const std::string message = messageOf([&] { module->addToPipeline(&pipeline); });
-        EXPECT_TRUE(startsWith(message, "source module is not set in '")) << message;
-        EXPECT_TRUE(contains(message, name + "::addToPipeline") || contains(message, name + "<"))
-            << message;
-    }
 }
 
 }  // namespace

@@ -162,9 +162,5 @@ TEST(Wave, DisturbedDistanceMatchesTheNoiseWorkedOutByHand) {
     EXPECT_FLOAT_EQ(tAt(m, 0.25), static_cast<float>(v < 0.5 ? v * 2.0 : 1.0 - (v - 0.5) * 2.0));
 }
 
-TEST(Wave, TypeCodeIsSharedWithBlobs) {
-    EXPECT_EQ(WaveModule().getType(), 24);
-}
-
 }  // namespace
 }  // namespace noisepp
