@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/BlendElement3D.h"
 #include "noisepp/modules/BlendFunctions.h"
 #include "noisepp/modules/BlendModule.h"

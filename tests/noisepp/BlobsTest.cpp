@@ -7,16 +7,16 @@
 #include <cmath>
 #include <limits>
 
-#include "CellularTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/BlobsElement3D.h"
 #include "noisepp/modules/BlobsModule.h"
 
 namespace noisepp {
 namespace {
 
-using cellulartest::Compiled;
-using cellulartest::expectedBlend;
-using cellulartest::sampleGrid;
+using test::Compiled;
+using test::expectedBlend;
+using test::sampleGrid;
 
 const TextureColor kA{0.0f, 0.25f, 0.5f, 1.0f};
 const TextureColor kB{1.0f, 0.75f, 0.0f, 0.5f};

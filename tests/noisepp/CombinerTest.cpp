@@ -9,7 +9,7 @@
 #include <string>
 #include <typeinfo>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/AdditionModule.h"
 #include "noisepp/modules/BlendModule.h"
 #include "noisepp/modules/ClampModule.h"

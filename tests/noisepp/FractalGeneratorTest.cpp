@@ -14,14 +14,16 @@
 #include <string>
 
 #include "FractalReference.h"
-#include "noisepp/modules/BillowModule.h"
+#include "TestSupport.h"
 #include "noisepp/math/OctaveTable.h"
+#include "noisepp/modules/BillowModule.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"
 
 namespace noisepp {
 namespace {
 
+using test::Compiled;
 using test::Fractal;
 using test::FractalSettings;
 using test::referenceColour;
@@ -69,20 +71,6 @@ std::unique_ptr<FractalModuleBase> makeModule(const FractalSettings& s) {
     module->setColorB(s.colorB);
     return module;
 }
-
-/// Compiles a module into a pipeline of its own and evaluates its element.
-class Compiled {
-public:
-    explicit Compiled(const Module& module, std::int32_t pipelineSeed = 0) {
-        mPipeline.setSeed(pipelineSeed);
-        mElement = mPipeline.getElement(module.addToPipeline(&mPipeline));
-    }
-    TextureColor at(double x, double y, double z) const { return mElement->getValue(x, y, z); }
-
-private:
-    Pipeline3D mPipeline;
-    const PipelineElement3D* mElement = nullptr;
-};
 
 void expectMatchesReference(const FractalSettings& s, const std::string& what) {
     const auto module = makeModule(s);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/ColorGradient.h"
 #include "noisepp/modules/ColorGrey.h"
 #include "noisepp/modules/GradientModule.h"

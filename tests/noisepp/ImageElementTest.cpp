@@ -8,7 +8,7 @@
 #include <limits>
 #include <vector>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/ImageElement3D.h"
 #include "noisepp/modules/ImageModule.h"
 

@@ -12,7 +12,7 @@
 #include <random>
 #include <vector>
 
-#include "LineTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/modules/AdditionModule.h"
 #include "noisepp/modules/BillowModule.h"
@@ -286,76 +286,6 @@ TEST(LineGraphTest, RandomGraphsMatchPoints) {
         SCOPED_TRACE(::testing::Message() << "graph " << g);
         RandomGraph graph(random());
         expectModuleRunsMatchPoints(*graph.node(g % kKindCount, 3), random);
-    }
-}
-
-/// The plane builder hands whole lines to the element; every pixel must still be the colour
-/// of its own sample point (x advanced by adding the step), plain, seamless and threaded, for
-/// a width that is not a multiple of the run length.
-TEST(LineGraphTest, PlaneBuildsMatchPointByPointSamples) {
-    RandomGraph graph(5);
-    const Module& module = *graph.node(kTurbulence, 1);
-    constexpr int kWidth = 300;
-    constexpr int kHeight = 7;
-    const double lowerX = -1.5, lowerY = 0.25, upperX = 2.5, upperY = 3.0, z = 0.75;
-    for (bool seamless : {false, true}) {
-        Pipeline3D reference;
-        const PipelineElement3D& element = *reference.getElement(module.addToPipeline(&reference));
-        const double extentX = upperX - lowerX, extentY = upperY - lowerY;
-        const double xStep = extentX / kWidth, yStep = extentY / kHeight;
-        std::vector<TextureColor> expected;
-        double y = lowerY + yStep * 0.5;
-        for (int line = 0; line < kHeight; ++line) {
-            double x = seamless ? lowerX : lowerX + xStep * 0.5;
-            const auto yBlend = static_cast<float>(1.0 - (y - lowerY) / extentY);
-            for (int i = 0; i < kWidth; ++i) {
-                if (!seamless) {
-                    expected.push_back(element.getValue(x, y, z));
-                } else {
-                    const TextureColor a = element.getValue(x, y, z);
-                    const TextureColor b = element.getValue(x + extentX, y, z);
-                    const TextureColor c = element.getValue(x, y + extentY, z);
-                    const TextureColor d = element.getValue(x + extentX, y + extentY, z);
-                    const auto xBlend = static_cast<float>(1.0 - (x - lowerX) / extentX);
-                    const auto mix = [&](float ca, float cb, float cc, float cd) {
-                        const float top = (1.0f - xBlend) * ca + xBlend * cb;
-                        const float bottom = (1.0f - xBlend) * cc + xBlend * cd;
-                        return bottom * yBlend + top * (1.0f - yBlend);
-                    };
-                    expected.push_back({mix(a.red, b.red, c.red, d.red),
-                                        mix(a.green, b.green, c.green, d.green),
-                                        mix(a.blue, b.blue, c.blue, d.blue),
-                                        mix(a.opacity, b.opacity, c.opacity, d.opacity)});
-                }
-                x = x + xStep;
-            }
-            y = y + yStep;
-        }
-        for (int threads : {0, 2}) {
-            std::unique_ptr<Pipeline3D> pipeline;
-            if (threads == 0)
-                pipeline = std::make_unique<Pipeline3D>();
-            else
-                pipeline = std::make_unique<ThreadedPipeline3D>(threads);
-            const PipelineElement3D* root =
-                pipeline->getElement(module.addToPipeline(pipeline.get()));
-            std::vector<TextureColor> image(kWidth * kHeight);
-            utils::PlaneBuilder builder;
-            builder.setDestination(image.data());
-            builder.setSize(kWidth, kHeight);
-            builder.setBounds(lowerX, lowerY, upperX, upperY);
-            builder.setZValue(z);
-            builder.setSeamless(seamless);
-            builder.build(pipeline.get(), root);
-            for (std::size_t i = 0; i < image.size(); ++i) {
-                if (!test::sameBits(image[i], expected[i])) {
-                    ADD_FAILURE() << (seamless ? "seamless" : "plain") << ", threads " << threads
-                                  << ", pixel " << i << ": " << test::describe(image[i])
-                                  << " instead of " << test::describe(expected[i]);
-                    break;
-                }
-            }
-        }
     }
 }
 

@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/ModuleList.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
@@ -41,7 +41,7 @@ const std::vector<ModuleRow> kModules = {NOISEPP_MODULE_LIST(NOISEPP_TEST_ROW)};
 
 /// Source positions a module compiles without: the fibres' matrix and the blend's mask.
 const std::set<std::pair<std::string, std::size_t>> kOptionalSources = {{"FibersModule", 0},
-                                                                         {"BlendModule", 2}};
+                                                                        {"BlendModule", 2}};
 
 TEST(ModuleList, TypeCodes) {
     for (const ModuleRow& row : kModules)
@@ -139,8 +139,8 @@ TEST(ModuleList, StreamsFollowTheRecordedLayouts) {
             EXPECT_EQ(bytesOf(*module), line.bytes);
             for (std::size_t size = 0; size < line.bytes.size(); ++size) {
                 const auto fresh = row->make();
-                MemoryInStream cut(std::vector<unsigned char>(line.bytes.begin(),
-                                                              line.bytes.begin() + size));
+                MemoryInStream cut(
+                    std::vector<unsigned char>(line.bytes.begin(), line.bytes.begin() + size));
                 EXPECT_THROW(fresh->read(cut), StreamException) << size << " bytes";
                 EXPECT_EQ(bytesOf(*fresh), defaults) << size << " bytes";
             }

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "CoreTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/core/Exception.h"
 
 namespace noisepp {
@@ -40,13 +40,14 @@ TEST(Module, SourcePositionsAreRangeChecked) {
 TEST(Module, RefusesItselfAndCyclesButAcceptsClearing) {
     PassModule a;
     PassModule b;
-    EXPECT_NE(messageOf([&] { a.setSourceModule(0, &a); })
-                  .find(": assertion 'module != this' failed"),
-              std::string::npos);
+    EXPECT_NE(
+        messageOf([&] { a.setSourceModule(0, &a); }).find(": assertion 'module != this' failed"),
+        std::string::npos);
     a.setSourceModule(0, &b);
     const std::string cycle = messageOf([&] { b.setSourceModule(0, &a); });
     EXPECT_EQ(cycle.rfind("invalid parameter for 'module' in '", 0), 0u) << cycle;
-    EXPECT_NE(cycle.find("': assertion 'module->walkTree(this) == false' failed"), std::string::npos)
+    EXPECT_NE(cycle.find("': assertion 'module->walkTree(this) == false' failed"),
+              std::string::npos)
         << cycle;
     EXPECT_EQ(b.getSourceModule(0), nullptr) << "a refused source must not be stored";
     a.setSourceModule(0, nullptr);

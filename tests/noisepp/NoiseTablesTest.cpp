@@ -46,7 +46,8 @@ TEST(NoiseTables, HoldUnitGradientsEveryValueLevelOnceAndAPermutationTwice) {
         levels.push_back(std::lround((v + 0.7) / 1.4 * 255.0));
     std::vector<std::int32_t> permutation(kPermutationTable.begin(),
                                           kPermutationTable.begin() + 256);
-    EXPECT_TRUE(std::equal(permutation.begin(), permutation.end(), kPermutationTable.begin() + 256));
+    EXPECT_TRUE(
+        std::equal(permutation.begin(), permutation.end(), kPermutationTable.begin() + 256));
     std::sort(levels.begin(), levels.end());
     std::sort(permutation.begin(), permutation.end());
     for (int i = 0; i < 256; ++i) {

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "CoreTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/modules/BillowModule.h"
 #include "noisepp/modules/PerlinModule.h"
@@ -215,64 +215,6 @@ TEST_P(PlaneBuilderTest, ProgressIsReportedOncePerLineOnTheCallingThread) {
                 EXPECT_EQ(id, std::this_thread::get_id());
         }
     }
-}
-
-TEST_P(PlaneBuilderTest, DiamondTreeSharesOneGeneratorElement) {
-    PerlinModule perlin;
-    perlin.setColorize(false);
-    test::SumModule sum;
-    sum.setSourceModule(0, &perlin);
-    sum.setSourceModule(1, &perlin);
-    Pipeline3D pipeline;
-    sum.addToPipeline(&pipeline);
-    EXPECT_EQ(pipeline.getElementCount(), 2u);
-
-    const auto single = render(perlin, 16, 8, -1.0, -1.0, 1.0, 1.0);
-    const auto doubled = render(sum, 16, 8, -1.0, -1.0, 1.0, 1.0);
-    for (std::size_t i = 0; i < single.size(); ++i) {
-        EXPECT_EQ(doubled[i].red, single[i].red * 2.0f);
-        EXPECT_EQ(doubled[i].opacity, 2.0f);
-    }
-}
-
-TEST(PlaneBuilder, ThreadedAndPlainPipelinesGiveIdenticalImages) {
-    PerlinModule perlin;
-    BillowModule billow;
-    billow.setColorize(false);
-    RidgedMultiModule ridged;
-    ridged.setColorize(false);
-    ridged.setOctaveCount(4.5);
-    for (const Module* module :
-         {static_cast<const Module*>(&perlin), static_cast<const Module*>(&billow),
-          static_cast<const Module*>(&ridged)}) {
-        for (bool seamless : {false, true}) {
-            setProcessorCount(1);
-            const auto plain = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
-            for (std::size_t threads : {2u, 4u}) {
-                setProcessorCount(threads);
-                const auto threaded = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
-                EXPECT_EQ(
-                    std::memcmp(plain.data(), threaded.data(), plain.size() * sizeof(TextureColor)),
-                    0)
-                    << "type " << module->getType() << " threads " << threads;
-            }
-            // And through a pipeline the caller owns.
-            ThreadedPipeline3D pipeline(3);
-            const PipelineElement3D* element =
-                pipeline.getElement(module->addToPipeline(&pipeline));
-            std::vector<TextureColor> given(plain.size());
-            PlaneBuilder builder;
-            builder.setDestination(given.data());
-            builder.setSize(61, 47);
-            builder.setBounds(-3.1, 0.2, 5.7, 4.9);
-            builder.setZValue(0.5);
-            builder.setSeamless(seamless);
-            builder.build(&pipeline, element);  // no module set: the element is used
-            EXPECT_EQ(std::memcmp(plain.data(), given.data(), plain.size() * sizeof(TextureColor)),
-                      0);
-        }
-    }
-    setProcessorCount(0);
 }
 
 std::string failureOf(PlaneBuilder& builder) {

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/ColorGrey.h"
 #include "noisepp/modules/SelectElement3D.h"
 #include "noisepp/modules/SelectModule.h"

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/AffineTransform.h"
 #include "noisepp/modules/TransformModule.h"
 

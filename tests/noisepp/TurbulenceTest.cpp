@@ -8,7 +8,7 @@
 #include <climits>
 #include <string>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/TurbulenceModule.h"
 

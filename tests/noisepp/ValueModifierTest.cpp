@@ -8,7 +8,7 @@
 #include <cmath>
 #include <string>
 
-#include "ModifierTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/modules/ClampModule.h"
 #include "noisepp/modules/CurveElement3D.h"
 #include "noisepp/modules/CurveModule.h"

@@ -6,14 +6,14 @@
 
 #include <cmath>
 
-#include "CellularTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/WaveModule.h"
 
 namespace noisepp {
 namespace {
 
-using cellulartest::Compiled;
-using cellulartest::sampleGrid;
+using test::Compiled;
+using test::sampleGrid;
 
 const TextureColor kA{0.2f, 0.4f, 0.6f, 0.8f};
 
