@@ -17,7 +17,6 @@
 #include <vector>
 
 #include "TestSupport.h"
-#include "noisepp/modules/ModuleList.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 
@@ -25,32 +24,27 @@ namespace noisepp {
 namespace {
 
 using test::bytesOf;
+using test::configureFromSample;
 using test::FixedColorModule;
 using test::messageOf;
-
-struct ModuleRow {
-    int typeCode;
-    std::string name;
-    std::function<std::unique_ptr<Module>()> make;
-};
-
-#define NOISEPP_TEST_ROW(code, Class) \
-    ModuleRow{code, #Class, [] { return std::unique_ptr<Module>(new Class); }},
-const std::vector<ModuleRow> kModules = {NOISEPP_MODULE_LIST(NOISEPP_TEST_ROW)};
-#undef NOISEPP_TEST_ROW
+using test::moduleRow;
+using test::ModuleRow;
+using test::moduleRows;
+using test::readStreamLines;
+using test::StreamLine;
 
 /// Source positions a module compiles without: the fibres' matrix and the blend's mask.
 const std::set<std::pair<std::string, std::size_t>> kOptionalSources = {{"FibersModule", 0},
                                                                         {"BlendModule", 2}};
 
 TEST(ModuleList, TypeCodes) {
-    for (const ModuleRow& row : kModules)
+    for (const ModuleRow& row : moduleRows())
         EXPECT_EQ(row.make()->getType(), row.typeCode) << row.name;
 }
 
 TEST(ModuleList, AMissingSourceIsRefusedBeforeAnythingIsCompiled) {
     FixedColorModule source({0.5f, 0.5f, 0.5f, 1.0f});
-    for (const ModuleRow& row : kModules) {
+    for (const ModuleRow& row : moduleRows()) {
         const auto module = row.make();
         for (std::size_t missing = 0; missing < module->getSourceModuleCount(); ++missing) {
             SCOPED_TRACE(row.name + " without source " + std::to_string(missing));
@@ -69,38 +63,6 @@ TEST(ModuleList, AMissingSourceIsRefusedBeforeAnythingIsCompiled) {
     }
 }
 
-/// One line of the stream layout file: a module name, a kind and typed fields ("d:" a double,
-/// "i:" a 32-bit integer), turned into the bytes the stream holds.
-struct StreamLine {
-    std::string module;
-    std::string kind;
-    std::string fields;
-    std::vector<unsigned char> bytes;
-};
-
-std::vector<StreamLine> readStreamLines() {
-    std::ifstream in(std::string(TEXTURE_SOURCE_DIR) + "/tests/data/module-streams.txt");
-    std::vector<StreamLine> lines;
-    for (std::string text; std::getline(in, text);) {
-        if (text.empty() || text[0] == '#')
-            continue;
-        std::istringstream words(text);
-        StreamLine line;
-        words >> line.module >> line.kind;
-        MemoryOutStream out;
-        for (std::string field; words >> field;) {
-            line.fields += " " + field;
-            if (field.rfind("d:", 0) == 0)
-                out.writeDouble(std::stod(field.substr(2)));
-            else
-                out.writeInt32(std::stoi(field.substr(2)));
-        }
-        line.bytes = out.data();
-        lines.push_back(std::move(line));
-    }
-    return lines;
-}
-
 std::string thrownKind(const std::function<void()>& action) {
     try {
         action();
@@ -112,21 +74,12 @@ std::string thrownKind(const std::function<void()>& action) {
     return "nothing";
 }
 
-const ModuleRow* findRow(const std::string& name) {
-    for (const ModuleRow& row : kModules) {
-        if (row.name == name)
-            return &row;
-    }
-    return nullptr;
-}
-
 TEST(ModuleList, StreamsFollowTheRecordedLayouts) {
     const std::vector<StreamLine> lines = readStreamLines();
     std::set<std::string> withDefaults;
     for (const StreamLine& line : lines) {
         SCOPED_TRACE(line.module + " " + line.kind + line.fields);
-        const ModuleRow* row = findRow(line.module);
-        ASSERT_NE(row, nullptr);
+        const ModuleRow* row = &moduleRow(line.module);
         const auto module = row->make();
         const std::vector<unsigned char> defaults = bytesOf(*module);
         if (line.kind == "defaults") {
@@ -150,22 +103,21 @@ TEST(ModuleList, StreamsFollowTheRecordedLayouts) {
             EXPECT_EQ(bytesOf(*module), defaults);
         }
     }
-    for (const ModuleRow& row : kModules)
+    for (const ModuleRow& row : moduleRows())
         EXPECT_EQ(withDefaults.count(row.name), 1u) << row.name << " has no recorded layout";
 }
 
 /// Every module with its sample parameters over generator sources, rendered with one and with
 /// three worker threads.
 TEST(ModuleList, ThreadedAndPlainPipelinesRenderIdenticalImages) {
-    const std::vector<StreamLine> lines = readStreamLines();
     std::vector<std::unique_ptr<Module>> owned;
     const auto own = [&](std::unique_ptr<Module> module) {
         owned.push_back(std::move(module));
         return owned.back().get();
     };
-    Module* perlin = own(findRow("PerlinModule")->make());
-    Module* voronoi = own(findRow("VoronoiModule")->make());
-    Module* ridged = own(findRow("RidgedMultiModule")->make());
+    Module* perlin = own(moduleRow("PerlinModule").make());
+    Module* voronoi = own(moduleRow("VoronoiModule").make());
+    Module* ridged = own(moduleRow("RidgedMultiModule").make());
     const Module* sources[] = {perlin, voronoi, ridged};
     const auto render = [](const Module& module, std::size_t processors) {
         utils::setProcessorCount(processors);
@@ -180,16 +132,11 @@ TEST(ModuleList, ThreadedAndPlainPipelinesRenderIdenticalImages) {
         utils::setProcessorCount(0);
         return image;
     };
-    for (const ModuleRow& row : kModules) {
+    for (const ModuleRow& row : moduleRows()) {
         const auto module = row.make();
         for (std::size_t i = 0; i < module->getSourceModuleCount(); ++i)
             module->setSourceModule(i, sources[i]);
-        for (const StreamLine& line : lines) {
-            if (line.module == row.name && line.kind == "sample") {
-                MemoryInStream in(line.bytes);
-                module->read(in);
-            }
-        }
+        configureFromSample(*module, row.name, 0);
         const auto plain = render(*module, 1);
         const auto threaded = render(*module, 3);
         EXPECT_EQ(std::memcmp(plain.data(), threaded.data(), plain.size() * sizeof(TextureColor)),

@@ -10,10 +10,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <ostream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,7 @@
 #include "noisepp/core/Module.h"
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/core/Stream.h"
+#include "noisepp/modules/ModuleList.h"
 
 namespace noisepp {
 
@@ -33,6 +36,77 @@ inline void PrintTo(const TextureColor& c, std::ostream* os) {
 }  // namespace noisepp
 
 namespace noisepp::test {
+
+/// One module class of the engine's module list.
+struct ModuleRow {
+    int typeCode;
+    std::string name;
+    std::function<std::unique_ptr<Module>()> make;
+};
+
+#define NOISEPP_TEST_ROW(code, Class) \
+    ModuleRow{code, #Class, [] { return std::unique_ptr<Module>(new Class); }},
+inline const std::vector<ModuleRow>& moduleRows() {
+    static const std::vector<ModuleRow> rows = {NOISEPP_MODULE_LIST(NOISEPP_TEST_ROW)};
+    return rows;
+}
+#undef NOISEPP_TEST_ROW
+
+inline const ModuleRow& moduleRow(const std::string& name) {
+    for (const ModuleRow& row : moduleRows()) {
+        if (row.name == name)
+            return row;
+    }
+    throw std::invalid_argument("no module " + name);
+}
+
+/// One line of tests/data/module-streams.txt: a module name, a kind and typed fields ("d:" a
+/// double, "i:" a 32-bit integer), with the bytes they make in a stream.
+struct StreamLine {
+    std::string module;
+    std::string kind;
+    std::string fields;
+    std::vector<unsigned char> bytes;
+};
+
+inline std::vector<StreamLine> readStreamLines() {
+    std::ifstream in(std::string(TEXTURE_SOURCE_DIR) + "/tests/data/module-streams.txt");
+    std::vector<StreamLine> lines;
+    for (std::string text; std::getline(in, text);) {
+        if (text.empty() || text[0] == '#')
+            continue;
+        std::istringstream words(text);
+        StreamLine line;
+        words >> line.module >> line.kind;
+        MemoryOutStream out;
+        for (std::string field; words >> field;) {
+            line.fields += " " + field;
+            if (field.rfind("d:", 0) == 0)
+                out.writeDouble(std::stod(field.substr(2)));
+            else
+                out.writeInt32(std::stoi(field.substr(2)));
+        }
+        line.bytes = out.data();
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+/// Reads sample parameter set `index` (modulo their number) recorded for module `name` into
+/// `module`; leaves a module without samples at its defaults. Returns the number of samples.
+inline std::size_t configureFromSample(Module& module, const std::string& name, std::size_t index) {
+    static const std::vector<StreamLine> lines = readStreamLines();
+    std::vector<const StreamLine*> samples;
+    for (const StreamLine& line : lines) {
+        if (line.module == name && line.kind == "sample")
+            samples.push_back(&line);
+    }
+    if (!samples.empty()) {
+        MemoryInStream in(samples[index % samples.size()]->bytes);
+        module.read(in);
+    }
+    return samples.size();
+}
 
 /// Returns one colour everywhere; when given a log, appends its tag on every evaluation.
 class FixedColorElement : public PipelineElement3D {
