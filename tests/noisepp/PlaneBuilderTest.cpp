@@ -109,23 +109,6 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Processors, PlaneBuilderTest, ::testing::Values(1u, 2u, 3u));
 
-TEST_P(PlaneBuilderTest, OneByOneSamplesTheCentre) {
-    PointModule point;
-    const auto image = render(point, 1, 1, -2.0, 1.0, 4.0, 3.0, 0.625);
-    EXPECT_EQ(image[0], (TextureColor{1.0f, 2.0f, 0.625f, 1.0f}));
-}
-
-TEST_P(PlaneBuilderTest, EveryPixelSamplesItsCellCentre) {
-    PointModule point;
-    const auto image = render(point, 4, 3, 0.0, 0.0, 8.0, 3.0, -1.5);
-    for (int j = 0; j < 3; ++j) {
-        for (int i = 0; i < 4; ++i) {
-            EXPECT_EQ(image[j * 4 + i], (TextureColor{2.0f * i + 1.0f, j + 0.5f, -1.5f, 1.0f}))
-                << i << ", " << j;
-        }
-    }
-}
-
 TEST_P(PlaneBuilderTest, PositionsAdvanceByRepeatedAddition) {
     const double lowerX = 0.1, upperX = 0.8, lowerY = -0.3, upperY = 0.4;
     const int width = 7, height = 9;
