@@ -1,8 +1,9 @@
 // Covers: the three fractal generators against a plain reference for every quality level,
 // zero, whole and fractional octave counts, the largest seeds, far points and both colour modes
-// (including the ridged feedback that carries over from red to green to blue), the ridged
-// feedback limits, the ridged octave table, the pipeline seed, scale halving fixed at compile
-// time, unstreamed colour defaults, and refusal of a negative octave count.
+// (including the ridged feedback that carries over from red to green to blue, and the scale
+// halved for value noise), the ridged feedback limits, the ridged octave table, the pipeline
+// seed, elements keeping the parameters of their compilation, unstreamed colour defaults, and
+// refusal of a negative octave count.
 
 #include <gtest/gtest.h>
 
@@ -183,27 +184,6 @@ TEST(OctaveTable, RidgedSpectralWeightsAndMaskedSeeds) {
     }
     EXPECT_EQ(OctaveTable::ridged(1.0, 0.0, -5, 2.0, 1.0)[0].seed, 0x7FFFFFFB);
     EXPECT_THROW(OctaveTable::fractalSum(1.0, -1.0, 0, 2.0, 0.5), ParamInvalidException);
-}
-
-TEST(FractalGenerators, ValueQualitiesHalveTheScaleWhenCompiled) {
-    PerlinModule perlin;
-    perlin.setOctaveCount(1.0);
-    perlin.setColorize(false);
-    for (int quality = 0; quality <= 5; ++quality) {
-        perlin.setQuality(quality);
-        const double noise = coherentNoise3D(0.3, 0.7, 0.1, 0, quality);
-        const double scale = quality > 2 ? 1.06 : 2.12;
-        EXPECT_EQ(Compiled(perlin).at(0.3, 0.7, 0.1).red,
-                  static_cast<float>(noise * scale * 0.5 + 0.5))
-            << quality;
-    }
-    // The element keeps the scale it was built with.
-    Pipeline3D pipeline;
-    const PipelineElement3D* element = pipeline.getElement(perlin.addToPipeline(&pipeline));
-    const TextureColor before = element->getValue(0.3, 0.7, 0.1);
-    perlin.setScale(100.0);
-    EXPECT_EQ(element->getValue(0.3, 0.7, 0.1), before);
-    EXPECT_NE(Compiled(perlin).at(0.3, 0.7, 0.1), before);
 }
 
 TEST(FractalModules, UnstreamedColourDefaults) {

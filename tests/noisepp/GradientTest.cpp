@@ -39,6 +39,12 @@ TEST(ColorGradient, KeepsStopsOrderedWithTheirSpans) {
     EXPECT_EQ(stops[0].reciprocalSpan, 1.0f / (0.5f - 0.2f));
     EXPECT_EQ(stops[2].reciprocalSpan, 1.0f / (0.8f - 0.5f));
     EXPECT_EQ(stops[3].reciprocalSpan, 0.0f) << "the last stop has no span";
+    GradientModule read;  // spans are prepared again when stops come from a stream
+    GradientModule written;
+    written.setGradient(gradient);
+    MemoryInStream in(test::bytesOf(written));
+    read.read(in);
+    EXPECT_EQ(read.getGradient().getStops()[0].reciprocalSpan, stops[0].reciprocalSpan);
 }
 
 TEST(ColorGradient, FewerThanTwoStopsPassTheValueThrough) {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "TestSupport.h"
+#include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 
@@ -107,38 +108,30 @@ TEST(ModuleList, StreamsFollowTheRecordedLayouts) {
         EXPECT_EQ(withDefaults.count(row.name), 1u) << row.name << " has no recorded layout";
 }
 
-/// Every module with its sample parameters over generator sources, rendered with one and with
-/// three worker threads.
+/// Every module with its sample parameters over generator sources, rendered by the builder on a
+/// plain pipeline of its own and on a threaded pipeline the caller owns.
 TEST(ModuleList, ThreadedAndPlainPipelinesRenderIdenticalImages) {
-    std::vector<std::unique_ptr<Module>> owned;
-    const auto own = [&](std::unique_ptr<Module> module) {
-        owned.push_back(std::move(module));
-        return owned.back().get();
-    };
-    Module* perlin = own(moduleRow("PerlinModule").make());
-    Module* voronoi = own(moduleRow("VoronoiModule").make());
-    Module* ridged = own(moduleRow("RidgedMultiModule").make());
-    const Module* sources[] = {perlin, voronoi, ridged};
-    const auto render = [](const Module& module, std::size_t processors) {
-        utils::setProcessorCount(processors);
-        std::vector<TextureColor> image(53 * 41);
-        utils::PlaneBuilder builder;
-        builder.setDestination(image.data());
-        builder.setSize(53, 41);
-        builder.setBounds(-2.3, -1.7, 3.1, 2.2);
-        builder.setZValue(0.45);
-        builder.setModule(&module);
-        builder.build();
-        utils::setProcessorCount(0);
-        return image;
-    };
+    std::vector<std::unique_ptr<Module>> sources;
+    for (const char* name : {"PerlinModule", "VoronoiModule", "RidgedMultiModule"})
+        sources.push_back(moduleRow(name).make());
     for (const ModuleRow& row : moduleRows()) {
         const auto module = row.make();
         for (std::size_t i = 0; i < module->getSourceModuleCount(); ++i)
-            module->setSourceModule(i, sources[i]);
+            module->setSourceModule(i, sources[i].get());
         configureFromSample(*module, row.name, 0);
-        const auto plain = render(*module, 1);
-        const auto threaded = render(*module, 3);
+        std::vector<TextureColor> plain(53 * 41), threaded(plain.size());
+        utils::PlaneBuilder builder;
+        builder.setSize(53, 41);
+        builder.setBounds(-2.3, -1.7, 3.1, 2.2);
+        builder.setZValue(0.45);
+        builder.setDestination(plain.data());
+        builder.setModule(module.get());
+        utils::setProcessorCount(1);
+        builder.build();
+        utils::setProcessorCount(0);
+        ThreadedPipeline3D pipeline(3);
+        builder.setDestination(threaded.data());
+        builder.build(&pipeline, pipeline.getElement(module->addToPipeline(&pipeline)));
         EXPECT_EQ(std::memcmp(plain.data(), threaded.data(), plain.size() * sizeof(TextureColor)),
                   0)
             << row.name;

@@ -25,14 +25,6 @@
 namespace noisepp::utils {
 namespace {
 
-/// Returns the sample point as a colour: (x, y, z, 1).
-class PointElement : public PipelineElement3D {
-public:
-    TextureColor getValue(double x, double y, double z) const override {
-        return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
-    }
-};
-
 /// Returns one coordinate split into three floats whose sum restores the double exactly.
 class SplitCoordinateElement : public PipelineElement3D {
 public:
@@ -67,7 +59,6 @@ private:
     std::function<Element*()> mMake;
 };
 
-using PointModule = ProbeModule<PointElement>;
 using SplitModule = ProbeModule<SplitCoordinateElement, int>;
 
 class RecordingCallback : public BuilderCallback {
@@ -166,7 +157,7 @@ TEST_P(PlaneBuilderTest, SeamlessBlendsFourSamplesOneExtentApart) {
     }
     // A single seamless pixel: x blend 1 takes the samples at x = 0 + 2, and y blend 0.5
     // averages those at y = 1 and y = 1 + 2.
-    PointModule point;
+    test::EchoModule point;
     const auto points = render(point, 1, 1, 0.0, 0.0, 2.0, 2.0, 0.0, true);
     EXPECT_EQ(points[0], (TextureColor{2.0f, 2.0f, 0.0f, 1.0f}));
 }
