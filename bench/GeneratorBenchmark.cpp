@@ -9,7 +9,7 @@
 
 #include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/modules/BillowModule.h"
-#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/math/CoherentNoise.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"
 #include "noisepp/utils/PlaneBuilder.h"

@@ -1,5 +1,6 @@
 // Speed of the coordinate modifiers, the blend combiner and the image source: a 512 x 512
-// plane of pixel centres evaluated through the root element, one item per sample.
+// plane of pixel centres evaluated through the root element, one item per sample. Also every
+// module of the engine's list over fractal noise sources, evaluated line by line.
 
 #include <benchmark/benchmark.h>
 
@@ -7,10 +8,12 @@
 #include <memory>
 #include <vector>
 
+#include "noisepp/core/Exception.h"
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/modules/BlendModule.h"
 #include "noisepp/modules/ImageElement3D.h"
 #include "noisepp/modules/ImageModule.h"
+#include "noisepp/modules/ModuleList.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/TransformModule.h"
 #include "noisepp/modules/TurbulenceModule.h"
@@ -157,6 +160,40 @@ BENCHMARK(BM_ImageAreaSample)
     ->Arg(64)
     ->Arg(2048)
     ->Unit(benchmark::kMillisecond);
+
+// `module` at its defaults over noise sources, one 512-pixel line per row of the plane.
+void runModuleLines(benchmark::State& state, noisepp::Module& module) {
+    noisepp::PerlinModule noise[3];
+    for (std::size_t i = 0; i < module.getSourceModuleCount(); ++i) {
+        setUpNoise(noise[i], static_cast<std::int32_t>(i));
+        module.setSourceModule(i, &noise[i]);
+    }
+    noisepp::Pipeline3D pipeline;
+    const noisepp::PipelineElement3D* element = nullptr;
+    try {
+        element = pipeline.getElement(module.addToPipeline(&pipeline));
+    } catch (const noisepp::Exception& e) {
+        state.SkipWithError(e.what());  // a module that needs parameters set before it compiles
+        return;
+    }
+    std::vector<noisepp::TextureColor> line(kSize);
+    for (auto _ : state) {
+        for (int row = 0; row < kSize; ++row)
+            element->getLine(0.5 / kSize, (row + 0.5) / kSize, 0.0, 1.0 / kSize, kSize,
+                             line.data());
+        benchmark::DoNotOptimize(line.data());
+    }
+    state.SetItemsProcessed(state.iterations() * kSize * kSize);
+}
+
+#define TEXTURE_BENCHMARK_MODULE(code, Class)                                                \
+    const auto* const kLines##Class =                                                        \
+        benchmark::RegisterBenchmark("BM_ModuleLines/" #Class, [](benchmark::State& state) { \
+            noisepp::Class module;                                                           \
+            runModuleLines(state, module);                                                   \
+        })->Unit(benchmark::kMillisecond);
+NOISEPP_MODULE_LIST(TEXTURE_BENCHMARK_MODULE)
+#undef TEXTURE_BENCHMARK_MODULE
 
 }  // namespace
 

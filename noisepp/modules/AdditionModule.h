@@ -1,12 +1,12 @@
 #pragma once
 
 #include "noisepp/core/Module.h"
-#include "noisepp/modules/AdditionElement3D.h"
+#include "noisepp/modules/ChannelCombinerElement3D.h"
 
 namespace noisepp {
 
-/// Two sources combined channel by channel (see AdditionElement3D); no parameters, nothing in
-/// the stream.
+/// Two sources combined channel by channel by AdditionElement3D; no parameters, nothing in the
+/// stream.
 using AdditionModule = DualSourceModule<AdditionElement3D>;
 
 }  // namespace noisepp

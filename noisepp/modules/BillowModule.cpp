@@ -1,6 +1,6 @@
 #include "noisepp/modules/BillowModule.h"
 
-#include "noisepp/modules/BillowElement3D.h"
+#include "noisepp/modules/FractalSumElement3D.h"
 
 namespace noisepp {
 

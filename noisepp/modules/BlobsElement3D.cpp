@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "noisepp/modules/CellIndex.h"
-#include "noisepp/modules/ColorBlend.h"
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/ColorBlend.h"
+#include "noisepp/math/NoiseTables.h"
 
 namespace noisepp {
 

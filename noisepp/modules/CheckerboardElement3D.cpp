@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "noisepp/modules/CellIndex.h"
-#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/math/CoherentNoise.h"
 
 namespace noisepp {
 

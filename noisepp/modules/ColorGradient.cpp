@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "noisepp/modules/ColorBlend.h"
+#include "noisepp/math/ColorBlend.h"
 
 namespace noisepp {
 namespace {

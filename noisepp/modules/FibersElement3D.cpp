@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "noisepp/modules/CellIndex.h"
-#include "noisepp/modules/ColorBlend.h"
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/ColorBlend.h"
+#include "noisepp/math/NoiseTables.h"
 
 namespace noisepp {
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "noisepp/core/Module.h"
 #include "noisepp/core/TextureColor.h"
-#include "noisepp/modules/ColourRamp.h"
+#include "noisepp/math/ColourRamp.h"
 
 namespace noisepp {
 
@@ -15,6 +16,10 @@ namespace noisepp {
 /// colour ramp on over the range 0..1 from opaque black (A) to opaque white (B); the default
 /// octave count is the generator's own. Setters store their value unchecked; a negative octave
 /// count is refused when the module is compiled.
+///
+/// The stream holds frequency, octave count, seed, quality, lacunarity, the generator's own
+/// parameters and scale (doubles and 32-bit integers); colorize, range and colours are not
+/// streamed, so a module read back keeps whatever it had for them.
 class FractalModuleBase : public Module {
 public:
     /// Frequency of the first octave.
@@ -49,6 +54,10 @@ public:
     void setColorB(const TextureColor& color) { mColorB = color; }
     const TextureColor& getColorB() const { return mColorB; }
 
+    void write(OutStream& stream) const override;
+    /// Reads everything before storing anything, so a short stream leaves the module as it was.
+    void read(InStream& stream) override;
+
 protected:
     explicit FractalModuleBase(double octaveCount) : Module(0), mOctaveCount(octaveCount) {}
 
@@ -59,6 +68,10 @@ protected:
     ColourRamp makeColourRamp() const {
         return ColourRamp::create(mColorA, mColorB, mRangeLow, mRangeHigh);
     }
+    /// The generator's own parameters in stream order, between the lacunarity and the scale.
+    virtual std::vector<double> getOwnParameters() const = 0;
+    /// Stores what getOwnParameters gives, in the same order.
+    virtual void setOwnParameters(const std::vector<double>& values) = 0;
 
     double mFrequency = 1.0;
     double mOctaveCount;

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "noisepp/core/Module.h"
-#include "noisepp/modules/MinimumElement3D.h"
+#include "noisepp/modules/ChannelCombinerElement3D.h"
 
 namespace noisepp {
 
-/// Two sources combined channel by channel (see MinimumElement3D); no parameters, nothing in
-/// the stream.
+/// Two sources combined channel by channel by MinimumElement3D; no parameters, nothing in the
+/// stream.
 using MinimumModule = DualSourceModule<MinimumElement3D>;
 
 }  // namespace noisepp

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "noisepp/core/Module.h"
-#include "noisepp/modules/MultiplyElement3D.h"
+#include "noisepp/modules/ChannelCombinerElement3D.h"
 
 namespace noisepp {
 
-/// Two sources combined channel by channel (see MultiplyElement3D); no parameters, nothing in
-/// the stream.
+/// Two sources combined channel by channel by MultiplyElement3D; no parameters, nothing in the
+/// stream.
 using MultiplyModule = DualSourceModule<MultiplyElement3D>;
 
 }  // namespace noisepp

@@ -1,6 +1,6 @@
 #include "noisepp/modules/PerlinModule.h"
 
-#include "noisepp/modules/PerlinElement3D.h"
+#include "noisepp/modules/FractalSumElement3D.h"
 
 namespace noisepp {
 

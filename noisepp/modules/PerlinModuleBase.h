@@ -1,30 +1,27 @@
 #pragma once
 
+#include <vector>
+
+#include "noisepp/math/OctaveTable.h"
 #include "noisepp/modules/FractalModuleBase.h"
-#include "noisepp/modules/OctaveTable.h"
 
 namespace noisepp {
 
 /// Base of the fractal-sum generators (PerlinModule, BillowModule): the shared parameters plus
-/// the persistence, the amplitude factor from one octave to the next (default 0.5). The
-/// default octave count is 3.
-///
-/// The stream holds frequency, octave count, seed, quality, lacunarity, persistence and scale
-/// (doubles and 32-bit integers); colorize, range and colours are not streamed, so a module
-/// read back keeps whatever it had for them.
+/// the persistence, the amplitude factor from one octave to the next (default 0.5), which is
+/// streamed between the lacunarity and the scale. The default octave count is 3.
 class PerlinModuleBase : public FractalModuleBase {
 public:
     void setPersistence(double persistence) { mPersistence = persistence; }
     double getPersistence() const { return mPersistence; }
-
-    void write(OutStream& stream) const override;
-    void read(InStream& stream) override;
 
 protected:
     PerlinModuleBase() : FractalModuleBase(3.0) {}
 
     /// The octave table of an element compiled into `pipeline`.
     OctaveTable makeOctaveTable(const Pipeline3D& pipeline) const;
+    std::vector<double> getOwnParameters() const override { return {mPersistence}; }
+    void setOwnParameters(const std::vector<double>& values) override { mPersistence = values[0]; }
 
     double mPersistence = 0.5;
 };

@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "noisepp/core/PipelineElement3D.h"
-#include "noisepp/modules/ColourRamp.h"
-#include "noisepp/modules/OctaveTable.h"
+#include "noisepp/math/ColourRamp.h"
+#include "noisepp/math/OctaveTable.h"
 
 namespace noisepp {
 

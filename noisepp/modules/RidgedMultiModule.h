@@ -1,15 +1,15 @@
 #pragma once
 
+#include <vector>
+
 #include "noisepp/modules/FractalModuleBase.h"
 
 namespace noisepp {
 
 /// Ridged multifractal (type code 15): sharp ridges whose detail grows where the octave
 /// before was high. Besides the shared fractal parameters it has the spectral exponent
-/// (default 1), the offset (1) and the gain (2); its default octave count is 6.
-///
-/// The stream holds frequency, octave count, seed, quality, lacunarity, exponent, offset, gain
-/// and scale; colorize, range and colours are not streamed.
+/// (default 1), the offset (1) and the gain (2), streamed in that order between the lacunarity
+/// and the scale; its default octave count is 6.
 class RidgedMultiModule : public FractalModuleBase {
 public:
     RidgedMultiModule() : FractalModuleBase(6.0) {}
@@ -27,8 +27,14 @@ public:
     /// ParamInvalidException.
     std::size_t addToPipeline(Pipeline3D* pipeline) const override;
     int getType() const override { return 15; }
-    void write(OutStream& stream) const override;
-    void read(InStream& stream) override;
+
+protected:
+    std::vector<double> getOwnParameters() const override { return {mExponent, mOffset, mGain}; }
+    void setOwnParameters(const std::vector<double>& values) override {
+        mExponent = values[0];
+        mOffset = values[1];
+        mGain = values[2];
+    }
 
 private:
     double mExponent = 1.0;

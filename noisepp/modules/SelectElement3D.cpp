@@ -1,7 +1,7 @@
 #include "noisepp/modules/SelectElement3D.h"
 
 #include "noisepp/core/Exception.h"
-#include "noisepp/modules/ColorBlend.h"
+#include "noisepp/math/ColorBlend.h"
 #include "noisepp/modules/ColorGrey.h"
 
 namespace noisepp {

@@ -5,7 +5,7 @@
 
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellRandom.h"
-#include "noisepp/modules/ColorBlend.h"
+#include "noisepp/math/ColorBlend.h"
 #include "noisepp/simd/NearestFeatureKernel.h"
 
 namespace noisepp {

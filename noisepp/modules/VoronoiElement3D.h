@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "noisepp/core/PipelineElement3D.h"
-#include "noisepp/modules/ColourRamp.h"
+#include "noisepp/math/ColourRamp.h"
 
 namespace noisepp {
 

@@ -1,7 +1,7 @@
 #include "noisepp/modules/VoronoiModule.h"
 
 #include "noisepp/core/Stream.h"
-#include "noisepp/modules/ColourRamp.h"
+#include "noisepp/math/ColourRamp.h"
 #include "noisepp/modules/VoronoiElement3D.h"
 
 namespace noisepp {

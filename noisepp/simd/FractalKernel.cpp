@@ -10,9 +10,9 @@
 #include <cstdint>
 
 #include "noisepp/core/Pipeline.h"
-#include "noisepp/modules/CoherentNoise.h"
-#include "noisepp/modules/ColourRamp.h"
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/CoherentNoise.h"
+#include "noisepp/math/ColourRamp.h"
+#include "noisepp/math/NoiseTables.h"
 #include "noisepp/simd/FractalKernel.h"
 
 HWY_BEFORE_NAMESPACE();

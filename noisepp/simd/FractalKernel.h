@@ -12,8 +12,8 @@
 
 #include "noisepp/core/PointRun.h"
 #include "noisepp/core/TextureColor.h"
-#include "noisepp/modules/ColourRamp.h"
-#include "noisepp/modules/OctaveTable.h"
+#include "noisepp/math/ColourRamp.h"
+#include "noisepp/math/OctaveTable.h"
 
 namespace noisepp::simd {
 

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "noisepp/modules/ColourRamp.h"
+#include "noisepp/math/ColourRamp.h"
 
 namespace noisepp {
 namespace {

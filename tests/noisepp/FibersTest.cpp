@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "CellularTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/CheckerboardModule.h"
 #include "noisepp/modules/FibersElement3D.h"
 #include "noisepp/modules/FibersModule.h"
@@ -17,8 +17,8 @@
 namespace noisepp {
 namespace {
 
-using cellulartest::Compiled;
-using cellulartest::sampleGrid;
+using test::Compiled;
+using test::sampleGrid;
 
 // A matrix colour no blend of the fibre colours can produce.
 const TextureColor kMatrix{1.0f, 0.0f, 0.0f, 1.0f};
@@ -74,7 +74,6 @@ TEST(Fibers, TheSameSeedGivesTheSameFibresAndAnotherSeedOthers) {
 
 TEST(Fibers, DefaultsCoverPartOfTheMatrixWithFibresBetweenColoursAAndB) {
     FibersModule m;
-    EXPECT_EQ(m.getType(), 0);
     distinctColours(m);
     const auto image = render(m, 96, 4.0);
     const double share = coveredShare(image);

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "noisepp/core/TextureColor.h"
-#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/math/CoherentNoise.h"
 
 namespace noisepp::test {
 

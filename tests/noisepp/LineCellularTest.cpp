@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-#include "LineTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/VoronoiModule.h"
 
 namespace noisepp {

@@ -12,7 +12,7 @@
 #include <memory>
 #include <random>
 
-#include "LineTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/BillowModule.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"

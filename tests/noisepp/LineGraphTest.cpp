@@ -1,250 +1,65 @@
-// Covers: the run forms of every modifier and combiner element (value modifiers, coordinate
-// modifiers, combiners, blend in every mode with and without mask, select with soft and hard
-// edges) and of random module graphs built from them, against their one-point colours to the
-// bit on every instruction set of this machine; and plane builds (plain, seamless, threaded)
-// against a point-by-point reference.
+// Covers: the run forms of every module of the module list, with each of its recorded sample
+// parameter sets over random generator sources in both colour modes, and of random module trees
+// built the same way, against their one-point colours to the bit on every instruction set of
+// this machine.
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <random>
 #include <vector>
 
-#include "LineTestSupport.h"
-#include "noisepp/core/ThreadedPipeline.h"
-#include "noisepp/modules/AdditionModule.h"
-#include "noisepp/modules/BillowModule.h"
-#include "noisepp/modules/BlendModule.h"
-#include "noisepp/modules/CheckerboardModule.h"
-#include "noisepp/modules/ClampModule.h"
-#include "noisepp/modules/ConstantModule.h"
-#include "noisepp/modules/CurveModule.h"
-#include "noisepp/modules/ExponentModule.h"
-#include "noisepp/modules/GradientModule.h"
-#include "noisepp/modules/InvertModule.h"
-#include "noisepp/modules/JoinModule.h"
-#include "noisepp/modules/MaximumModule.h"
-#include "noisepp/modules/MinimumModule.h"
-#include "noisepp/modules/MultiplyModule.h"
-#include "noisepp/modules/PerlinModule.h"
-#include "noisepp/modules/PowerModule.h"
-#include "noisepp/modules/RgbMapModule.h"
-#include "noisepp/modules/RidgedMultiModule.h"
-#include "noisepp/modules/ScaleBiasModule.h"
-#include "noisepp/modules/SelectModule.h"
-#include "noisepp/modules/TerraceModule.h"
-#include "noisepp/modules/TransformModule.h"
-#include "noisepp/modules/TurbulenceModule.h"
-#include "noisepp/utils/PlaneBuilder.h"
+#include "TestSupport.h"
 
 namespace noisepp {
 namespace {
 
 using test::expectRunsMatchPoints;
 using test::forEachTarget;
+using test::ModuleRow;
+using test::moduleRows;
 using test::PointSet;
 
-/// The modifier and combiner kinds a random graph is built from.
-enum Kind {
-    kClamp,
-    kExponent,
-    kGradient,
-    kInvert,
-    kScaleBias,
-    kTerrace,
-    kCurve,
-    kTransform,
-    kTurbulence,
-    kRgbMap,
-    kMaximum,
-    kMinimum,
-    kAddition,
-    kMultiply,
-    kPower,
-    kBlend,
-    kBlendMasked,
-    kSelect,
-    kJoin,
-    kKindCount
-};
-
-/// Builds random module trees and owns every module of them.
-class RandomGraph {
+/// Builds module trees from the module list and owns every module of them.
+class RandomTrees {
 public:
-    explicit RandomGraph(std::uint32_t seed) : mRandom(seed) {}
-
-    /// A generator: fractals in either colour mode (per-channel values leave 0 ... 1 and go
-    /// negative), a checkerboard or a constant.
-    Module* leaf() {
-        switch (pick(5)) {
-            case 0:
-                return fractal(std::make_unique<PerlinModule>());
-            case 1:
-                return fractal(std::make_unique<BillowModule>());
-            case 2:
-                return fractal(std::make_unique<RidgedMultiModule>());
-            case 3: {
-                auto board = std::make_unique<CheckerboardModule>();
-                board->setColorA(colour());
-                board->setColorB(colour());
-                return own(std::move(board));
-            }
-            default: {
-                auto constant = std::make_unique<ConstantModule>();
-                constant->setColor(colour());
-                return own(std::move(constant));
-            }
+    explicit RandomTrees(std::uint32_t seed) : mRandom(seed) {
+        for (const ModuleRow& row : moduleRows()) {
+            if (row.make()->getSourceModuleCount() == 0)
+                mGenerators.push_back(&row);
         }
     }
 
-    /// A module of `kind` whose sources are random trees of at most `depth` more levels.
-    Module* node(int kind, int depth) {
-        const auto source = [&] { return depth > 0 ? tree(depth - 1) : leaf(); };
-        switch (kind) {
-            case kClamp: {
-                auto m = std::make_unique<ClampModule>();
-                m->setLowerColor({uniform(-0.2, 0.4), uniform(-0.2, 0.4), 0.1f, 0.0f});
-                m->setUpperColor({uniform(0.3, 1.0), 0.2f, uniform(0.3, 1.0), 1.0f});
-                return single(std::move(m), source());
-            }
-            case kExponent: {
-                auto m = std::make_unique<ExponentModule>();
-                m->setExponent(uniform(0.2, 3.0));
-                return single(std::move(m), source());
-            }
-            case kGradient: {
-                auto m = std::make_unique<GradientModule>();
-                ColorGradient gradient;
-                const int stops = pick(4);
-                for (int i = 0; i < stops; ++i)
-                    gradient.addStop(uniform(0.0, 1.0), colour());
-                gradient.setMode(pick(3));
-                m->setGradient(gradient);
-                return single(std::move(m), source());
-            }
-            case kInvert:
-                return single(std::make_unique<InvertModule>(), source());
-            case kScaleBias: {
-                auto m = std::make_unique<ScaleBiasModule>();
-                m->setScale(uniform(-2.0, 3.0));
-                m->setBias(uniform(-0.5, 0.5));
-                return single(std::move(m), source());
-            }
-            case kTerrace: {
-                auto m = std::make_unique<TerraceModule>();
-                double level = uniform(-0.5, 0.2);
-                for (int i = 0, n = 2 + pick(4); i < n; ++i) {
-                    m->addTerracePoint(level);
-                    level += uniform(0.05, 0.5);
-                }
-                m->setInvertTerraces(pick(2) == 1);
-                return single(std::move(m), source());
-            }
-            case kCurve: {
-                auto m = std::make_unique<CurveModule>();
-                for (int i = 0; i < 4; ++i)
-                    m->addControlPoint(i * 0.3, uniform(0.0, 1.0));
-                return single(std::move(m), source());
-            }
-            case kTransform: {
-                auto m = std::make_unique<TransformModule>();
-                m->setTranslation(uniform(-3, 3), uniform(-3, 3), uniform(-3, 3));
-                m->setRotation(uniform(-3, 3), uniform(-3, 3), uniform(-3, 3));
-                // A zero scale stands in for the degenerate transform.
-                m->setScale(pick(5) == 0 ? 0.0 : uniform(0.2, 4), uniform(0.2, 4), uniform(-2, 2));
-                return single(std::move(m), source());
-            }
-            case kTurbulence: {
-                auto m = std::make_unique<TurbulenceModule>();
-                m->setPower(uniform(-1.0, 2.0));
-                m->setFrequency(uniform(0.5, 4.0));
-                m->setRoughness(pick(4) + 0.5);
-                m->setSeed(static_cast<std::int32_t>(mRandom()));
-                m->setQuality(pick(6));
-                return single(std::move(m), source());
-            }
-            case kRgbMap: {
-                auto m = std::make_unique<RgbMapModule>();
-                m->setMix(uniform(-0.5, 1.5));
-                return dual(std::move(m), source(), source());
-            }
-            case kMaximum:
-                return dual(std::make_unique<MaximumModule>(), source(), source());
-            case kMinimum:
-                return dual(std::make_unique<MinimumModule>(), source(), source());
-            case kAddition:
-                return dual(std::make_unique<AdditionModule>(), source(), source());
-            case kMultiply:
-                return dual(std::make_unique<MultiplyModule>(), source(), source());
-            case kPower:
-                return dual(std::make_unique<PowerModule>(), source(), source());
-            case kBlend:
-            case kBlendMasked: {
-                auto m = std::make_unique<BlendModule>();
-                m->setOpacity(uniform(0.0, 1.0));
-                m->setMode(static_cast<std::uint32_t>(pick(16)));
-                if (kind == kBlendMasked)
-                    m->setSourceModule(2, source());
-                return dual(std::move(m), source(), source());
-            }
-            case kSelect: {
-                auto m = std::make_unique<SelectModule>();
-                const double lower = uniform(0.1, 0.5);
-                m->setLowerBound(lower);
-                m->setUpperBound(lower + uniform(0.05, 0.5));
-                // Hard edges, soft edges and edges wide enough to overlap.
-                m->setEdgeFalloff(pick(3) == 0 ? 0.0 : uniform(0.01, 0.4));
-                m->setSourceModule(2, source());
-                return dual(std::move(m), source(), source());
-            }
-            default: {
-                auto m = std::make_unique<JoinModule>();
-                m->setSourceModule(2, source());
-                return dual(std::move(m), source(), source());
-            }
-        }
-    }
-
-    /// A random tree: a leaf, or a random kind over trees one level lower.
-    Module* tree(int depth) {
-        if (depth == 0 || pick(4) == 0)
-            return leaf();
-        return node(pick(kKindCount), depth);
-    }
-
-private:
-    int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(mRandom); }
-    float uniform(double low, double high) {
-        return static_cast<float>(std::uniform_real_distribution<double>(low, high)(mRandom));
-    }
-    TextureColor colour() { return {uniform(0, 1), uniform(0, 1), uniform(0, 1), uniform(0, 1)}; }
-    Module* own(std::unique_ptr<Module> module) {
+    /// A module of `row` with its sample parameter set `sample`, whose sources are random trees
+    /// of at most `depth` more levels. Fractal generators get a random colour mode: per-channel
+    /// values leave 0 ... 1 and go negative.
+    Module* node(const ModuleRow& row, std::size_t sample, int depth) {
+        auto module = row.make();
+        test::configureFromSample(*module, row.name, sample);
+        if (auto* fractal = dynamic_cast<FractalModuleBase*>(module.get()))
+            fractal->setColorize(pick(2) == 0);
+        for (std::size_t i = 0; i < module->getSourceModuleCount(); ++i)
+            module->setSourceModule(i, depth > 0 ? tree(depth - 1) : leaf());
         mModules.push_back(std::move(module));
         return mModules.back().get();
     }
-    Module* fractal(std::unique_ptr<FractalModuleBase> module) {
-        module->setQuality(pick(6));
-        module->setFrequency(uniform(0.3, 3.0));
-        module->setOctaveCount(pick(4) + (pick(2) == 0 ? 0.0 : 0.5));
-        module->setSeed(static_cast<std::int32_t>(mRandom()));
-        module->setColorize(pick(2) == 0);
-        module->setColorA(colour());
-        module->setColorB(colour());
-        return own(std::move(module));
+
+    Module* leaf() { return node(*mGenerators[pick(mGenerators.size())], pick(4), 0); }
+
+    Module* tree(int depth) {
+        if (depth == 0 || pick(4) == 0)
+            return leaf();
+        return node(moduleRows()[pick(moduleRows().size())], pick(4), depth);
     }
-    Module* single(std::unique_ptr<Module> module, Module* source) {
-        module->setSourceModule(0, source);
-        return own(std::move(module));
-    }
-    Module* dual(std::unique_ptr<Module> module, Module* source0, Module* source1) {
-        module->setSourceModule(0, source0);
-        module->setSourceModule(1, source1);
-        return own(std::move(module));
+
+private:
+    std::size_t pick(std::size_t n) {
+        return std::uniform_int_distribution<std::size_t>(0, n - 1)(mRandom);
     }
 
     std::mt19937 mRandom;
+    std::vector<const ModuleRow*> mGenerators;
     std::vector<std::unique_ptr<Module>> mModules;
 };
 
@@ -269,93 +84,24 @@ void expectModuleRunsMatchPoints(const Module& module, std::mt19937& random) {
     });
 }
 
-TEST(LineGraphTest, EveryModifierAndCombinerMatchesPoints) {
+TEST(LineGraphTest, EveryModuleMatchesPoints) {
     std::mt19937 random(99);
-    for (int kind = 0; kind < kKindCount; ++kind) {
-        for (int instance = 0; instance < 4; ++instance) {
-            SCOPED_TRACE(::testing::Message() << "kind " << kind << ", instance " << instance);
-            RandomGraph graph(random());
-            expectModuleRunsMatchPoints(*graph.node(kind, 0), random);
+    for (const ModuleRow& row : moduleRows()) {
+        for (std::size_t instance = 0; instance < 4; ++instance) {
+            SCOPED_TRACE(row.name + ", instance " + std::to_string(instance));
+            RandomTrees trees(random());
+            expectModuleRunsMatchPoints(*trees.node(row, instance, 0), random);
         }
     }
 }
 
-TEST(LineGraphTest, RandomGraphsMatchPoints) {
+TEST(LineGraphTest, RandomTreesMatchPoints) {
     std::mt19937 random(2026);
-    for (int g = 0; g < 30; ++g) {
-        SCOPED_TRACE(::testing::Message() << "graph " << g);
-        RandomGraph graph(random());
-        expectModuleRunsMatchPoints(*graph.node(g % kKindCount, 3), random);
-    }
-}
-
-/// The plane builder hands whole lines to the element; every pixel must still be the colour
-/// of its own sample point (x advanced by adding the step), plain, seamless and threaded, for
-/// a width that is not a multiple of the run length.
-TEST(LineGraphTest, PlaneBuildsMatchPointByPointSamples) {
-    RandomGraph graph(5);
-    const Module& module = *graph.node(kTurbulence, 1);
-    constexpr int kWidth = 300;
-    constexpr int kHeight = 7;
-    const double lowerX = -1.5, lowerY = 0.25, upperX = 2.5, upperY = 3.0, z = 0.75;
-    for (bool seamless : {false, true}) {
-        Pipeline3D reference;
-        const PipelineElement3D& element = *reference.getElement(module.addToPipeline(&reference));
-        const double extentX = upperX - lowerX, extentY = upperY - lowerY;
-        const double xStep = extentX / kWidth, yStep = extentY / kHeight;
-        std::vector<TextureColor> expected;
-        double y = lowerY + yStep * 0.5;
-        for (int line = 0; line < kHeight; ++line) {
-            double x = seamless ? lowerX : lowerX + xStep * 0.5;
-            const auto yBlend = static_cast<float>(1.0 - (y - lowerY) / extentY);
-            for (int i = 0; i < kWidth; ++i) {
-                if (!seamless) {
-                    expected.push_back(element.getValue(x, y, z));
-                } else {
-                    const TextureColor a = element.getValue(x, y, z);
-                    const TextureColor b = element.getValue(x + extentX, y, z);
-                    const TextureColor c = element.getValue(x, y + extentY, z);
-                    const TextureColor d = element.getValue(x + extentX, y + extentY, z);
-                    const auto xBlend = static_cast<float>(1.0 - (x - lowerX) / extentX);
-                    const auto mix = [&](float ca, float cb, float cc, float cd) {
-                        const float top = (1.0f - xBlend) * ca + xBlend * cb;
-                        const float bottom = (1.0f - xBlend) * cc + xBlend * cd;
-                        return bottom * yBlend + top * (1.0f - yBlend);
-                    };
-                    expected.push_back({mix(a.red, b.red, c.red, d.red),
-                                        mix(a.green, b.green, c.green, d.green),
-                                        mix(a.blue, b.blue, c.blue, d.blue),
-                                        mix(a.opacity, b.opacity, c.opacity, d.opacity)});
-                }
-                x = x + xStep;
-            }
-            y = y + yStep;
-        }
-        for (int threads : {0, 2}) {
-            std::unique_ptr<Pipeline3D> pipeline;
-            if (threads == 0)
-                pipeline = std::make_unique<Pipeline3D>();
-            else
-                pipeline = std::make_unique<ThreadedPipeline3D>(threads);
-            const PipelineElement3D* root =
-                pipeline->getElement(module.addToPipeline(pipeline.get()));
-            std::vector<TextureColor> image(kWidth * kHeight);
-            utils::PlaneBuilder builder;
-            builder.setDestination(image.data());
-            builder.setSize(kWidth, kHeight);
-            builder.setBounds(lowerX, lowerY, upperX, upperY);
-            builder.setZValue(z);
-            builder.setSeamless(seamless);
-            builder.build(pipeline.get(), root);
-            for (std::size_t i = 0; i < image.size(); ++i) {
-                if (!test::sameBits(image[i], expected[i])) {
-                    ADD_FAILURE() << (seamless ? "seamless" : "plain") << ", threads " << threads
-                                  << ", pixel " << i << ": " << test::describe(image[i])
-                                  << " instead of " << test::describe(expected[i]);
-                    break;
-                }
-            }
-        }
+    for (std::size_t g = 0; g < 30; ++g) {
+        SCOPED_TRACE(::testing::Message() << "tree " << g);
+        RandomTrees trees(random());
+        expectModuleRunsMatchPoints(*trees.node(moduleRows()[g % moduleRows().size()], g, 3),
+                                    random);
     }
 }
 

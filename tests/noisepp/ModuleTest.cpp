@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "CoreTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/core/Exception.h"
 
 namespace noisepp {
@@ -40,13 +40,14 @@ TEST(Module, SourcePositionsAreRangeChecked) {
 TEST(Module, RefusesItselfAndCyclesButAcceptsClearing) {
     PassModule a;
     PassModule b;
-    EXPECT_NE(messageOf([&] { a.setSourceModule(0, &a); })
-                  .find(": assertion 'module != this' failed"),
-              std::string::npos);
+    EXPECT_NE(
+        messageOf([&] { a.setSourceModule(0, &a); }).find(": assertion 'module != this' failed"),
+        std::string::npos);
     a.setSourceModule(0, &b);
     const std::string cycle = messageOf([&] { b.setSourceModule(0, &a); });
     EXPECT_EQ(cycle.rfind("invalid parameter for 'module' in '", 0), 0u) << cycle;
-    EXPECT_NE(cycle.find("': assertion 'module->walkTree(this) == false' failed"), std::string::npos)
+    EXPECT_NE(cycle.find("': assertion 'module->walkTree(this) == false' failed"),
+              std::string::npos)
         << cycle;
     EXPECT_EQ(b.getSourceModule(0), nullptr) << "a refused source must not be stored";
     a.setSourceModule(0, nullptr);
@@ -63,18 +64,6 @@ TEST(Module, WalkTreeFindsIndirectSources) {
     EXPECT_TRUE(top.walkTree(&middle));
     EXPECT_FALSE(leaf.walkTree(&top));
     EXPECT_FALSE(middle.walkTree(&top));
-}
-
-TEST(Module, MissingSourceThrowsBeforeAnyElementIsBuilt) {
-    SumModule sum;
-    LevelModule level;
-    sum.setSourceModule(0, &level);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { sum.addToPipeline(&pipeline); });
-    EXPECT_EQ(message.rfind("source module is not set in '", 0), 0u) << message;
-    EXPECT_NE(message.find("addToPipeline"), std::string::npos) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-    EXPECT_EQ(level.compileCount, 0);
 }
 
 TEST(Exception, EmptyDetailEndsAfterTheFunction) {

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "CoreTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/utils/ProcessorCount.h"
 
@@ -67,8 +67,8 @@ private:
     std::vector<std::thread::id>* mFinishThreads;
 };
 
-void runJobs(Pipeline3D& pipeline, int count, std::vector<int>& executed, std::vector<int>& finished,
-             std::vector<std::thread::id>& threads) {
+void runJobs(Pipeline3D& pipeline, int count, std::vector<int>& executed,
+             std::vector<int>& finished, std::vector<std::thread::id>& threads) {
     executed.assign(count, 0);
     for (int i = 0; i < count; ++i) {
         pipeline.addJob(new RecordingJob(i, &executed, &finished, &threads));
@@ -93,7 +93,8 @@ TEST(ThreadedPipeline, RunsEveryJobOnceAndFinishesOnTheCaller) {
         runJobs(pipeline, 200, executed, finished, threads);
         EXPECT_EQ(executed, std::vector<int>(200, 1));
         ASSERT_EQ(finished.size(), 200u);
-        for (const auto& id : threads) EXPECT_EQ(id, std::this_thread::get_id());
+        for (const auto& id : threads)
+            EXPECT_EQ(id, std::this_thread::get_id());
     }
 }
 

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "CoreTestModules.h"
+#include "TestSupport.h"
 #include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/modules/BillowModule.h"
 #include "noisepp/modules/PerlinModule.h"
@@ -24,14 +24,6 @@
 
 namespace noisepp::utils {
 namespace {
-
-/// Returns the sample point as a colour: (x, y, z, 1).
-class PointElement : public PipelineElement3D {
-public:
-    TextureColor getValue(double x, double y, double z) const override {
-        return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
-    }
-};
 
 /// Returns one coordinate split into three floats whose sum restores the double exactly.
 class SplitCoordinateElement : public PipelineElement3D {
@@ -67,7 +59,6 @@ private:
     std::function<Element*()> mMake;
 };
 
-using PointModule = ProbeModule<PointElement>;
 using SplitModule = ProbeModule<SplitCoordinateElement, int>;
 
 class RecordingCallback : public BuilderCallback {
@@ -108,23 +99,6 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Processors, PlaneBuilderTest, ::testing::Values(1u, 2u, 3u));
-
-TEST_P(PlaneBuilderTest, OneByOneSamplesTheCentre) {
-    PointModule point;
-    const auto image = render(point, 1, 1, -2.0, 1.0, 4.0, 3.0, 0.625);
-    EXPECT_EQ(image[0], (TextureColor{1.0f, 2.0f, 0.625f, 1.0f}));
-}
-
-TEST_P(PlaneBuilderTest, EveryPixelSamplesItsCellCentre) {
-    PointModule point;
-    const auto image = render(point, 4, 3, 0.0, 0.0, 8.0, 3.0, -1.5);
-    for (int j = 0; j < 3; ++j) {
-        for (int i = 0; i < 4; ++i) {
-            EXPECT_EQ(image[j * 4 + i], (TextureColor{2.0f * i + 1.0f, j + 0.5f, -1.5f, 1.0f}))
-                << i << ", " << j;
-        }
-    }
-}
 
 TEST_P(PlaneBuilderTest, PositionsAdvanceByRepeatedAddition) {
     const double lowerX = 0.1, upperX = 0.8, lowerY = -0.3, upperY = 0.4;
@@ -183,7 +157,7 @@ TEST_P(PlaneBuilderTest, SeamlessBlendsFourSamplesOneExtentApart) {
     }
     // A single seamless pixel: x blend 1 takes the samples at x = 0 + 2, and y blend 0.5
     // averages those at y = 1 and y = 1 + 2.
-    PointModule point;
+    test::EchoModule point;
     const auto points = render(point, 1, 1, 0.0, 0.0, 2.0, 2.0, 0.0, true);
     EXPECT_EQ(points[0], (TextureColor{2.0f, 2.0f, 0.0f, 1.0f}));
 }
@@ -215,64 +189,6 @@ TEST_P(PlaneBuilderTest, ProgressIsReportedOncePerLineOnTheCallingThread) {
                 EXPECT_EQ(id, std::this_thread::get_id());
         }
     }
-}
-
-TEST_P(PlaneBuilderTest, DiamondTreeSharesOneGeneratorElement) {
-    PerlinModule perlin;
-    perlin.setColorize(false);
-    test::SumModule sum;
-    sum.setSourceModule(0, &perlin);
-    sum.setSourceModule(1, &perlin);
-    Pipeline3D pipeline;
-    sum.addToPipeline(&pipeline);
-    EXPECT_EQ(pipeline.getElementCount(), 2u);
-
-    const auto single = render(perlin, 16, 8, -1.0, -1.0, 1.0, 1.0);
-    const auto doubled = render(sum, 16, 8, -1.0, -1.0, 1.0, 1.0);
-    for (std::size_t i = 0; i < single.size(); ++i) {
-        EXPECT_EQ(doubled[i].red, single[i].red * 2.0f);
-        EXPECT_EQ(doubled[i].opacity, 2.0f);
-    }
-}
-
-TEST(PlaneBuilder, ThreadedAndPlainPipelinesGiveIdenticalImages) {
-    PerlinModule perlin;
-    BillowModule billow;
-    billow.setColorize(false);
-    RidgedMultiModule ridged;
-    ridged.setColorize(false);
-    ridged.setOctaveCount(4.5);
-    for (const Module* module :
-         {static_cast<const Module*>(&perlin), static_cast<const Module*>(&billow),
-          static_cast<const Module*>(&ridged)}) {
-        for (bool seamless : {false, true}) {
-            setProcessorCount(1);
-            const auto plain = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
-            for (std::size_t threads : {2u, 4u}) {
-                setProcessorCount(threads);
-                const auto threaded = render(*module, 61, 47, -3.1, 0.2, 5.7, 4.9, 0.5, seamless);
-                EXPECT_EQ(
-                    std::memcmp(plain.data(), threaded.data(), plain.size() * sizeof(TextureColor)),
-                    0)
-                    << "type " << module->getType() << " threads " << threads;
-            }
-            // And through a pipeline the caller owns.
-            ThreadedPipeline3D pipeline(3);
-            const PipelineElement3D* element =
-                pipeline.getElement(module->addToPipeline(&pipeline));
-            std::vector<TextureColor> given(plain.size());
-            PlaneBuilder builder;
-            builder.setDestination(given.data());
-            builder.setSize(61, 47);
-            builder.setBounds(-3.1, 0.2, 5.7, 4.9);
-            builder.setZValue(0.5);
-            builder.setSeamless(seamless);
-            builder.build(&pipeline, element);  // no module set: the element is used
-            EXPECT_EQ(std::memcmp(plain.data(), given.data(), plain.size() * sizeof(TextureColor)),
-                      0);
-        }
-    }
-    setProcessorCount(0);
 }
 
 std::string failureOf(PlaneBuilder& builder) {

@@ -6,14 +6,14 @@
 
 #include <cmath>
 
-#include "CellularTestSupport.h"
+#include "TestSupport.h"
 #include "noisepp/modules/WaveModule.h"
 
 namespace noisepp {
 namespace {
 
-using cellulartest::Compiled;
-using cellulartest::sampleGrid;
+using test::Compiled;
+using test::sampleGrid;
 
 const TextureColor kA{0.2f, 0.4f, 0.6f, 0.8f};
 
@@ -160,10 +160,6 @@ TEST(Wave, DisturbedDistanceMatchesTheNoiseWorkedOutByHand) {
     const double d = (n * 0.5 + w) * 2.0;
     const double v = d - std::floor(d);
     EXPECT_FLOAT_EQ(tAt(m, 0.25), static_cast<float>(v < 0.5 ? v * 2.0 : 1.0 - (v - 0.5) * 2.0));
-}
-
-TEST(Wave, TypeCodeIsSharedWithBlobs) {
-    EXPECT_EQ(WaveModule().getType(), 24);
 }
 
 }  // namespace

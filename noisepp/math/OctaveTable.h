@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "noisepp/core/Pipeline.h"
-#include "noisepp/modules/CoherentNoise.h"
+#include "noisepp/math/CoherentNoise.h"
 
 namespace noisepp {
 

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "noisepp/modules/NoiseTables.h"
+#include "noisepp/math/NoiseTables.h"
 
 namespace noisepp {
 

@@ -1,4 +1,4 @@
-#include "noisepp/modules/OctaveTable.h"
+#include "noisepp/math/OctaveTable.h"
 
 #include <cmath>
 

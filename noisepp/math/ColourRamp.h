@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "noisepp/core/TextureColor.h"
-#include "noisepp/modules/ColorBlend.h"
+#include "noisepp/math/ColorBlend.h"
 
 namespace noisepp {
 
