@@ -15,6 +15,13 @@ struct RenderOptions {
         int Height() const { return y1 - y0; }
     };
 
+    /// Options that differ from the defaults only in the thread count.
+    static RenderOptions WithThreads(unsigned count) {
+        RenderOptions options;
+        options.threads = count;
+        return options;
+    }
+
     /// Worker threads of a render; 0 means one per processor.
     unsigned threads = 0;
     /// The size in pixels a Render 2D node renders its texture rectangle at instead of its

@@ -54,6 +54,9 @@ void AttributeDeclaration::DeclareOn(Node& node,
         case Attribute::kText:
             attribute = std::make_unique<Attribute>(&node, id, name, std::string());
             break;
+        case Attribute::kFile:
+            attribute = std::make_unique<Attribute>(&node, id, name, FilePath{});
+            break;
     }
     attribute->SetDescription(description);
     attribute->SetDisplayHint(hint);

@@ -168,9 +168,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     // Before the plug-in loads, so that no render can start with other options.
-    RenderOptions options;
-    options.threads = static_cast<unsigned>(threadCount);
-    Engine::Get()->SetRenderOptions(options);
+    Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threadCount)));
 
     int status = 0;
     {

@@ -136,9 +136,7 @@ int main(int argc, char** argv) {
         render.outputFolder = ".";
 
     // Before the plug-in loads, so that no render can start with other options.
-    RenderOptions options;
-    options.threads = static_cast<unsigned>(threads);
-    Engine::Get()->SetRenderOptions(options);
+    Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));
     if (maxSize > 0)
         Image::SetMaxSize(maxSize, maxSize);
     if (verbose)

@@ -250,11 +250,11 @@ TEST_F(Render2DNodeTest, SamplesOnTheThreadCountOfTheEnginesRenderOptions) {
     ThreadProbe probe;
     graph.SetTexture(&probe);
     SetFrame(0, 0, 16, 64);
-    graph.engine.SetRenderOptions(RenderOptions{1});
+    graph.engine.SetRenderOptions(RenderOptions::WithThreads(1));
     graph.Render();
     EXPECT_EQ(probe.threads, std::set<std::thread::id>{std::this_thread::get_id()});
     probe.threads.clear();
-    graph.engine.SetRenderOptions(RenderOptions{2});
+    graph.engine.SetRenderOptions(RenderOptions::WithThreads(2));
     graph.engine.MarkDirty(graph.render);
     graph.Render();
     EXPECT_FALSE(probe.threads.contains(std::this_thread::get_id())) << "workers sample";

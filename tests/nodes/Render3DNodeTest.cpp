@@ -326,9 +326,9 @@ TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {
     graph.Set("samples", NodeValue::Number(2));
     graph.Set("prefilter", NodeValue::Number(2));
     graph.Set("rotate_y", NodeValue::FromPoint(Point{30, 30}));
-    graph.engine.SetRenderOptions(RenderOptions{1});
+    graph.engine.SetRenderOptions(RenderOptions::WithThreads(1));
     const std::vector<float> single = graph.Pixels();
-    graph.engine.SetRenderOptions(RenderOptions{3});
+    graph.engine.SetRenderOptions(RenderOptions::WithThreads(3));
     graph.engine.MarkDirty(graph.render);
     const std::vector<float> threaded = graph.Pixels();
     ASSERT_EQ(single.size(), 48u * 40u * 4u);

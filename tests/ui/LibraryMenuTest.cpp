@@ -193,8 +193,9 @@ TEST(AttributesPage, RowsShowTheirAttributesHintsAndDescriptions) {
             const std::pair<std::string, unsigned> key{type->GetTypeName(), attribute->GetId()};
             SCOPED_TRACE(key.first + " " + attribute->GetName());
             EXPECT_EQ(IsLogarithmic(*page, key.second), frequencies.contains(key));
-            if (labels.contains(key))
+            if (labels.contains(key)) {
                 EXPECT_EQ(page->GetRowLabel(key.second), labels.at(key));
+            }
             EXPECT_FALSE(attribute->GetDescription().empty());
             EXPECT_EQ(page->GetRowWidget(key.second)->toolTip().toStdString(),
                       attribute->GetDescription());
