@@ -84,13 +84,18 @@ public:
     bool hasRoomFor(std::size_t slabs) const { return mCount + slabs <= kCapacity; }
 
     void append(std::int32_t cx, std::int32_t iy, std::int32_t iz) {
-        std::size_t n = mCount * kSlabSize;
-        forEachFeatureOfSlab(cx, iy, iz, mSeed, mBias, [&](const Point& p) {
-            mX[n] = p.x;
-            mY[n] = p.y;
-            mZ[n] = p.z;
-            ++n;
-        });
+        std::int32_t cellX[kSlabSize], cellY[kSlabSize], cellZ[kSlabSize];
+        std::size_t n = 0;
+        for (int j = -kReach; j <= kReach; ++j) {
+            for (int k = -kReach; k <= kReach; ++k, ++n) {
+                cellX[n] = cx;
+                cellY[n] = wrapAdd(iy, j);
+                cellZ[n] = wrapAdd(iz, k);
+            }
+        }
+        const std::size_t at = mCount * kSlabSize;
+        simd::makeFeaturePoints(cellX, cellY, cellZ, kSlabSize, mSeed, mBias, mX + at, mY + at,
+                                mZ + at);
         ++mCount;
     }
 

@@ -186,6 +186,77 @@ HWY_INLINE void nearestOfVector(D d, const FeatureSlabs& features, const Lanes& 
     hn::StoreU(pz, d, result.pointZ + i);
 }
 
+/// The cell random number of each lane's n, as the one-point function computes it.
+HWY_INLINE V cellRandom(D d, hn::Vec<hn::Rebind<std::uint32_t, D>> n) {
+    const hn::Rebind<std::uint32_t, D> du;
+    const hn::Rebind<std::int32_t, D> di;
+    const auto low31 = hn::Set(du, 0x7FFFFFFFu);
+    auto u = hn::And(n, low31);
+    u = hn::Xor(u, hn::ShiftRight<13>(u));
+    const auto square = hn::Mul(hn::Mul(u, u), hn::Set(du, 60493u));
+    const auto r = hn::And(
+        hn::Sub(hn::Mul(hn::Add(square, hn::Set(du, 19990303u)), u), hn::Set(du, 771171059u)),
+        low31);
+    // r < 2^31: exact as a signed integer and as a double.
+    return hn::Sub(hn::Set(d, 1.0), hn::Mul(hn::PromoteTo(d, hn::BitCast(di, r)),
+                                            hn::Set(d, 9.313225746154785e-10)));
+}
+
+void MakeFeaturePoints(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
+                       std::size_t count, std::int32_t seed, double bias, double* x, double* y,
+                       double* z) {
+    const D d;
+    const hn::Rebind<std::int32_t, D> di;
+    const hn::Rebind<std::uint32_t, D> du;
+    const std::size_t lanes = hn::Lanes(d);
+    const auto cell = [&](const std::int32_t* c, std::uint32_t factor) {
+        return hn::Mul(hn::BitCast(du, hn::LoadU(di, c)), hn::Set(du, factor));
+    };
+    const auto seedHash = hn::Set(du, 1013u * static_cast<std::uint32_t>(seed));
+    const V b = hn::Set(d, bias);
+    // The last cells that do not fill a vector go through copies padded with the last cell.
+    HWY_ALIGN std::int32_t padX[kMaxLanes], padY[kMaxLanes], padZ[kMaxLanes];
+    HWY_ALIGN double outX[kMaxLanes], outY[kMaxLanes], outZ[kMaxLanes];
+    for (std::size_t i = 0; i < count; i += lanes) {
+        const std::size_t n = std::min(lanes, count - i);
+        const std::int32_t* px = cx + i;
+        const std::int32_t* py = cy + i;
+        const std::int32_t* pz = cz + i;
+        if (n < lanes) {
+            for (std::size_t k = 0; k < lanes; ++k) {
+                padX[k] = px[std::min(k, n - 1)];
+                padY[k] = py[std::min(k, n - 1)];
+                padZ[k] = pz[std::min(k, n - 1)];
+            }
+            px = padX;
+            py = padY;
+            pz = padZ;
+        }
+        const auto h =
+            hn::Add(hn::Add(hn::Add(cell(px, 1619u), cell(py, 31337u)), cell(pz, 6971u)), seedHash);
+        const auto point = [&](const std::int32_t* c, auto n) {
+            return hn::Add(hn::PromoteTo(d, hn::LoadU(di, c)), hn::Mul(b, cellRandom(d, n)));
+        };
+        const V fx = point(px, h);
+        const V fy = point(py, hn::Add(h, hn::Set(du, 1013u)));
+        const V fz = point(pz, hn::Add(h, hn::Set(du, 2026u)));
+        if (n == lanes) {
+            hn::StoreU(fx, d, x + i);
+            hn::StoreU(fy, d, y + i);
+            hn::StoreU(fz, d, z + i);
+            continue;
+        }
+        hn::Store(fx, d, outX);
+        hn::Store(fy, d, outY);
+        hn::Store(fz, d, outZ);
+        for (std::size_t k = 0; k < n; ++k) {
+            x[i + k] = outX[k];
+            y[i + k] = outY[k];
+            z[i + k] = outZ[k];
+        }
+    }
+}
+
 void FindNearestFeatures(const FeatureSlabs& features, const SearchPoints& points,
                          const NearestFeatures& result) {
     const D d;
@@ -280,8 +351,15 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace noisepp::simd {
 
+HWY_EXPORT(MakeFeaturePoints);
 HWY_EXPORT(FindNearestFeatures);
 HWY_EXPORT(FindBorderDistances);
+
+void makeFeaturePoints(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
+                       std::size_t count, std::int32_t seed, double bias, double* x, double* y,
+                       double* z) {
+    HWY_DYNAMIC_DISPATCH(MakeFeaturePoints)(cx, cy, cz, count, seed, bias, x, y, z);
+}
 
 void findNearestFeatures(const FeatureSlabs& features, const SearchPoints& points,
                          const NearestFeatures& result) {

@@ -21,6 +21,14 @@ struct FeatureSlabs {
     std::size_t blockSlabs = 0;
 };
 
+/// The feature points of `count` cells (cx[i], cy[i], cz[i]), several cells per instruction:
+/// x[i] = cx[i] + bias * r(h), y[i] = cy[i] + bias * r(h + 1013), z[i] = cz[i] + bias *
+/// r(h + 2026), where h = 1619 cx + 31337 cy + 6971 cz + 1013 seed with 32-bit wrap-around and
+/// r is the cell random number (noisepp::cellRandom), bit for bit.
+void makeFeaturePoints(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
+                       std::size_t count, std::int32_t seed, double bias, double* x, double* y,
+                       double* z);
+
 /// Points to search: (x[i], y[i], z[i]) searches the block starting at slab firstSlab[i].
 struct SearchPoints {
     const double* x = nullptr;
