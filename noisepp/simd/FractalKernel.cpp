@@ -201,27 +201,37 @@ public:
         return static_cast<std::ptrdiff_t>(start);
     }
 
-    /// The x-gradients (value noise: values) of corner k for lattice points from entry `at` on.
-    V gradientX(D d, int k, std::size_t at) const { return hn::LoadU(d, mX[k] + at); }
-    V termY(D d, int k, std::size_t at) const { return hn::LoadU(d, mY[k] + at); }
-    V termZ(D d, int k, std::size_t at) const { return hn::LoadU(d, mZ[k] + at); }
+    /// The terms of lattice point `cell` and corner k.
+    struct Terms {
+        double x, y, z;
+    };
+    Terms termsAt(std::int32_t cell, int k) const {
+        const std::uint32_t h = 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+        const unsigned index = (h ^ (h >> 8)) & 255u;
+        if constexpr (Quality <= kGradientQuintic) {
+            const double* g = &kGradientTable[index * 4u];
+            return {g[0], g[1] * mOffsetY[k], g[2] * mOffsetZ[k]};
+        } else {
+            return {kValueTable[index], 0.0, 0.0};
+        }
+    }
+
+    /// The x-gradients (value noise: values) and the y and z terms of corner k, by entry.
+    const double* gradientX(int k) const { return mX[k]; }
+    const double* termY(int k) const { return mY[k]; }
+    const double* termZ(int k) const { return mZ[k]; }
 
 private:
     static constexpr std::size_t kCapacity = PipelineElement3D::kRunLength + 2 * kMaxLanes;
 
     void fill(std::size_t entry) {
         const auto cell = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
-        const std::uint32_t hx = 1619u * static_cast<std::uint32_t>(cell);
         for (int k = 0; k < 4; ++k) {
-            const std::uint32_t h = hx + mHashYZ[k];
-            const unsigned index = (h ^ (h >> 8)) & 255u;
+            const Terms terms = termsAt(cell, k);
+            mX[k][entry] = terms.x;
             if constexpr (Quality <= kGradientQuintic) {
-                const double* g = &kGradientTable[index * 4u];
-                mX[k][entry] = g[0];
-                mY[k][entry] = g[1] * mOffsetY[k];
-                mZ[k][entry] = g[2] * mOffsetZ[k];
-            } else {
-                mX[k][entry] = kValueTable[index];
+                mY[k][entry] = terms.y;
+                mZ[k][entry] = terms.z;
             }
         }
     }
@@ -236,16 +246,44 @@ private:
     double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
 };
 
-/// The eight corner values of a row's lanes from its corner table, where the lanes' cells lie
-/// within Lanes(d) of each other; false (nothing written) otherwise.
+/// One corner's value from its terms for the lanes: (gx dx + gy dy) + gz dz, with gy dy and
+/// gz dz already formed.
 template <int Quality>
-HWY_INLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+HWY_INLINE V cornerFromTerms(V gx, V gy, V gz, V dx) {
+    if constexpr (Quality <= kGradientQuintic)
+        return hn::Add(hn::Add(hn::Mul(gx, dx), gy), gz);
+    else
+        return gx;
+}
+
+/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other:
+/// lanes in two neighbouring cells (a cell boundary at ordinary zoom) select between the two
+/// cells' terms; more cells read them from the row's table by permutation. False (nothing
+/// written) for lanes farther apart. Kept out of line so that the one-cell loop stays small.
+template <int Quality>
+HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
     const DL dl;
     if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
         return false;
     const V lowest = hn::MinOfLanes(d, x.cell);
     const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
     const std::size_t lanes = hn::Lanes(d);
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    if (span == 1.0) {
+        const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
+        const auto inLower = hn::Eq(x.cell, lowest);
+        for (int c = 0; c < 8; ++c) {
+            const int k = c >> 1;
+            const auto lower = row.termsAt(first + (c & 1), k);
+            const auto upper = row.termsAt(first + (c & 1) + 1, k);
+            const auto pick = [&](double a, double b) {
+                return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
+            };
+            corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
+                                                  pick(lower.z, upper.z), dx[c & 1]);
+        }
+        return true;
+    }
     if (!(span < static_cast<double>(lanes)))
         return false;
     // Lattice points lowest ... lowest + lanes: the lower corners of every lane and the upper.
@@ -253,18 +291,17 @@ HWY_INLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* 
     if (at < 0)
         return false;
     const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, hn::Sub(x.cell, lowest)));
-    const V dx[2] = {x.lowerOffset, x.upperOffset};
     for (int c = 0; c < 8; ++c) {
         const int k = c >> 1;
         const auto from = static_cast<std::size_t>(at + (c & 1));
-        const V gx = hn::TableLookupLanes(row.gradientX(d, k, from), lane);
+        const auto take = [&](const double* terms) {
+            return hn::TableLookupLanes(hn::LoadU(d, terms + from), lane);
+        };
         if constexpr (Quality <= kGradientQuintic) {
-            // (gx dx + gy dy) + gz dz, with gy dy and gz dz from the table.
-            const V gy = hn::TableLookupLanes(row.termY(d, k, from), lane);
-            const V gz = hn::TableLookupLanes(row.termZ(d, k, from), lane);
-            corners[c] = hn::Add(hn::Add(hn::Mul(gx, dx[c & 1]), gy), gz);
+            corners[c] = cornerFromTerms<Quality>(take(row.gradientX(k)), take(row.termY(k)),
+                                                  take(row.termZ(k)), dx[c & 1]);
         } else {
-            corners[c] = gx;
+            corners[c] = take(row.gradientX(k));
         }
     }
     return true;

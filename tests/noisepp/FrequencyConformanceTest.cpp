@@ -1,8 +1,6 @@
-// Covers: whole lines against the one-point colours to the bit at low and high frequency, on
-// every instruction set of this machine: vectors inside one cell, across a few cells and across
-// a cell per point, across run boundaries and mid-vector cell seams, forwards and backwards,
-// offset and negative coordinates, for the fractal generators (gradient and value noise,
-// partial octaves) and the cellular ones.
+// Covers: lines equal the one-point colours to the bit at low and high frequency on every
+// instruction set: vectors in one cell, across a few or one per point, seams mid-vector and at
+// run ends, both directions, negative and offset coordinates; fractal and cellular generators.
 
 #include <gtest/gtest.h>
 
@@ -21,8 +19,10 @@
 namespace noisepp {
 namespace {
 
+using Maker = std::function<std::unique_ptr<Module>(double frequency)>;
+
 template <class Fractal>
-std::function<std::unique_ptr<Module>(double)> fractal(std::int32_t quality, double octaves) {
+Maker fractal(std::int32_t quality, double octaves) {
     return [=](double frequency) {
         auto module = std::make_unique<Fractal>();
         module->setQuality(quality);
@@ -32,7 +32,7 @@ std::function<std::unique_ptr<Module>(double)> fractal(std::int32_t quality, dou
     };
 }
 
-std::function<std::unique_ptr<Module>(double)> voronoi(std::int32_t shape) {
+Maker voronoi(std::int32_t shape) {
     return [=](double frequency) {
         auto module = std::make_unique<VoronoiModule>();
         module->setShape(shape);
@@ -41,8 +41,18 @@ std::function<std::unique_ptr<Module>(double)> voronoi(std::int32_t shape) {
     };
 }
 
+/// A generator at its defaults but for the frequency, set by `set`.
+template <class Generator>
+Maker scaled(void (Generator::*set)(double)) {
+    return [=](double frequency) {
+        auto module = std::make_unique<Generator>();
+        (module.get()->*set)(frequency);
+        return module;
+    };
+}
+
 TEST(FrequencyConformanceTest, LinesMatchPointsAtEveryFrequency) {
-    const std::pair<const char*, std::function<std::unique_ptr<Module>(double)>> generators[] = {
+    const std::pair<const char*, Maker> generators[] = {
         {"perlin quintic", fractal<PerlinModule>(2, 3.0)},
         {"perlin value", fractal<PerlinModule>(5, 2.5)},
         {"billow", fractal<BillowModule>(1, 3.0)},
@@ -51,18 +61,8 @@ TEST(FrequencyConformanceTest, LinesMatchPointsAtEveryFrequency) {
         {"voronoi cells", voronoi(1)},
         {"voronoi chips", voronoi(2)},
         {"voronoi edges", voronoi(3)},
-        {"blobs",
-         [](double f) {
-             auto m = std::make_unique<BlobsModule>();
-             m->setFrequency(f);
-             return m;
-         }},
-        {"fibers",
-         [](double f) {
-             auto m = std::make_unique<FibersModule>();
-             m->setScale(f);
-             return m;
-         }},
+        {"blobs", scaled(&BlobsModule::setFrequency)},
+        {"fibers", scaled(&FibersModule::setScale)},
     };
     std::mt19937 random(4711);
     std::uniform_real_distribution<double> near(-3.0, 3.0);
