@@ -1,5 +1,6 @@
 #include "noisepp/modules/VoronoiElement3D.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -47,20 +48,77 @@ double squaredDistance(const Point& p, double x, double y, double z) {
     return dx * dx + dy * dy + dz * dz;
 }
 
+/// Calls f(point) for the feature points of the cells (cx, iy + j, iz + k), j and k from
+/// -kReach to kReach, z innermost: one slab of a block.
+template <class Function>
+void forEachFeatureOfSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz, std::int32_t seed,
+                          double bias, Function&& f) {
+    for (int j = -kReach; j <= kReach; ++j) {
+        const std::int32_t cy = wrapAdd(iy, j);
+        for (int k = -kReach; k <= kReach; ++k)
+            f(featurePoint(cx, cy, wrapAdd(iz, k), seed, bias));
+    }
+}
+
 /// Calls f(point) for the feature point of every cell of the block around (ix, iy, iz), x
 /// outermost and z innermost: the visiting order decides ties.
 template <class Function>
 void forEachFeaturePoint(std::int32_t ix, std::int32_t iy, std::int32_t iz, std::int32_t seed,
                          double bias, Function&& f) {
-    for (int i = -kReach; i <= kReach; ++i) {
-        const std::int32_t cx = wrapAdd(ix, i);
-        for (int j = -kReach; j <= kReach; ++j) {
-            const std::int32_t cy = wrapAdd(iy, j);
-            for (int k = -kReach; k <= kReach; ++k)
-                f(featurePoint(cx, cy, wrapAdd(iz, k), seed, bias));
-        }
-    }
+    for (int i = -kReach; i <= kReach; ++i)
+        forEachFeatureOfSlab(wrapAdd(ix, i), iy, iz, seed, bias, f);
 }
+
+constexpr std::size_t kSlabSize = kBlock * kBlock;
+
+/// The feature slabs of a stretch of cells along x, the current block always the last kBlock
+/// slabs. Stepping into the next cell along x appends one slab instead of a whole block.
+class SlabList {
+public:
+    /// Enough for the blocks of 28 neighbouring cells at once (about 19 KiB).
+    static constexpr std::size_t kCapacity = 32;
+
+    SlabList(std::int32_t seed, double bias) : mSeed(seed), mBias(bias) {}
+
+    std::size_t count() const { return mCount; }
+    bool hasRoomFor(std::size_t slabs) const { return mCount + slabs <= kCapacity; }
+
+    void append(std::int32_t cx, std::int32_t iy, std::int32_t iz) {
+        std::int32_t cellX[kSlabSize], cellY[kSlabSize], cellZ[kSlabSize];
+        std::size_t n = 0;
+        for (int j = -kReach; j <= kReach; ++j) {
+            for (int k = -kReach; k <= kReach; ++k, ++n) {
+                cellX[n] = cx;
+                cellY[n] = wrapAdd(iy, j);
+                cellZ[n] = wrapAdd(iz, k);
+            }
+        }
+        const std::size_t at = mCount * kSlabSize;
+        simd::makeFeaturePoints(cellX, cellY, cellZ, kSlabSize, mSeed, mBias, mX + at, mY + at,
+                                mZ + at);
+        ++mCount;
+    }
+
+    /// Drops all but the last `slabs` slabs, which move to the front.
+    void keepLast(std::size_t slabs) {
+        const std::size_t from = (mCount - slabs) * kSlabSize;
+        const std::size_t to = mCount * kSlabSize;
+        std::copy(mX + from, mX + to, mX);
+        std::copy(mY + from, mY + to, mY);
+        std::copy(mZ + from, mZ + to, mZ);
+        mCount = slabs;
+    }
+
+    simd::FeatureSlabs view() const { return {mX, mY, mZ, kSlabSize, kBlock}; }
+
+private:
+    std::int32_t mSeed;
+    double mBias;
+    std::size_t mCount = 0;
+    double mX[kCapacity * kSlabSize];
+    double mY[kCapacity * kSlabSize];
+    double mZ[kCapacity * kSlabSize];
+};
 
 }  // namespace
 
@@ -112,45 +170,63 @@ void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) co
         y[i] = points.yAt(i) * f;
         z[i] = points.zAt(i) * f;
     }
-    constexpr std::size_t kFeatures = kBlock * kBlock * kBlock;
-    double featureX[kFeatures], featureY[kFeatures], featureZ[kFeatures];
     double nearest[kRunLength], second[kRunLength];
     double pointX[kRunLength], pointY[kRunLength], pointZ[kRunLength];
-    const simd::FeaturePoints features{featureX, featureY, featureZ, kFeatures};
-    // Neighbouring points of a line mostly share their cell, and with it the whole block of
-    // feature points: the block is worked out once per stretch of such points.
-    std::size_t first = 0;
-    while (first < points.count) {
-        const std::int32_t ix = latticeCellOf(x[first]);
-        const std::int32_t iy = latticeCellOf(y[first]);
-        const std::int32_t iz = latticeCellOf(z[first]);
-        std::size_t end = first + 1;
-        while (end < points.count && latticeCellOf(x[end]) == ix && latticeCellOf(y[end]) == iy &&
-               latticeCellOf(z[end]) == iz)
-            ++end;
-        std::size_t n = 0;
-        forEachFeaturePoint(ix, iy, iz, mSettings.seed, mSettings.bias, [&](const Point& p) {
-            featureX[n] = p.x;
-            featureY[n] = p.y;
-            featureZ[n] = p.z;
-            ++n;
-        });
+    std::int32_t firstSlab[kRunLength];
+    SlabList slabs(mSettings.seed, mSettings.bias);
+    // Points [done, i) have their blocks in `slabs`; their nearest features are found several
+    // points at a time, whatever cells they lie in.
+    std::size_t done = 0;
+    const auto evaluateUpTo = [&](std::size_t end) {
+        const simd::SearchPoints search{x + done, y + done, z + done, firstSlab + done, end - done};
         if (mSettings.shape >= kShapeEdges) {
-            simd::findBorderDistances(features, x + first, y + first, z + first, end - first,
-                                      nearest + first);
+            simd::findBorderDistances(slabs.view(), search, nearest + done);
             // Used as it is: edge distances above 1 extrapolate past colour B on purpose.
-            for (std::size_t i = first; i < end; ++i)
+            for (std::size_t i = done; i < end; ++i)
                 out[i] = blendColors(mSettings.ramp.colorA, mSettings.ramp.colorB,
                                      static_cast<float>(nearest[i]));
         } else {
             simd::findNearestFeatures(
-                features, x + first, y + first, z + first, end - first,
-                {nearest + first, second + first, pointX + first, pointY + first, pointZ + first});
-            for (std::size_t i = first; i < end; ++i)
+                slabs.view(), search,
+                {nearest + done, second + done, pointX + done, pointY + done, pointZ + done});
+            for (std::size_t i = done; i < end; ++i)
                 out[i] = shade(nearest[i], second[i], pointX[i], pointY[i], pointZ[i]);
         }
-        first = end;
+        done = end;
+    };
+    std::int32_t blockX = 0, blockY = 0, blockZ = 0;
+    std::int32_t blockFirst = -1;
+    for (std::size_t i = 0; i < points.count; ++i) {
+        const std::int32_t ix = latticeCellOf(x[i]);
+        const std::int32_t iy = latticeCellOf(y[i]);
+        const std::int32_t iz = latticeCellOf(z[i]);
+        const bool sameLine = blockFirst >= 0 && iy == blockY && iz == blockZ;
+        if (sameLine && ix == blockX) {
+            firstSlab[i] = blockFirst;
+            continue;
+        }
+        if (sameLine && ix == wrapAdd(blockX, 1)) {
+            // Four fifths of the next block are the current one's: slide it by one slab.
+            if (!slabs.hasRoomFor(1)) {
+                evaluateUpTo(i);
+                slabs.keepLast(kBlock - 1);
+            }
+            slabs.append(wrapAdd(ix, kReach), iy, iz);
+        } else {
+            if (!slabs.hasRoomFor(kBlock)) {
+                evaluateUpTo(i);
+                slabs.keepLast(0);
+            }
+            for (int s = -kReach; s <= kReach; ++s)
+                slabs.append(wrapAdd(ix, s), iy, iz);
+        }
+        blockX = ix;
+        blockY = iy;
+        blockZ = iz;
+        blockFirst = static_cast<std::int32_t>(slabs.count() - kBlock);
+        firstSlab[i] = blockFirst;
     }
+    evaluateUpTo(points.count);
 }
 
 TextureColor VoronoiElement3D::edgeDistance(double x, double y, double z) const {

@@ -26,8 +26,10 @@ public:
     TextureColor getValue(double x, double y, double z) const override;
 
 protected:
-    /// Points sharing a cell share its block of feature points; their nearest features (and
-    /// for the edges shape their border distances) are found several points at a time.
+    /// Neighbouring cells along x share four fifths of their blocks of feature points, so a
+    /// run works its blocks out one slab per new cell; the nearest features (and for the edges
+    /// shape the border distances) of its points are found several points at a time, whatever
+    /// cells they lie in.
     void evaluateRun(const PointRun& points, TextureColor* out) const override;
 
 private:

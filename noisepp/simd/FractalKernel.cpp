@@ -156,14 +156,166 @@ HWY_INLINE void cornersOfOneCell(D d, const Axis& x, const Axis& y, const Axis& 
     }
 }
 
+/// The corner terms of a row's lattice points along x for one octave, for lanes whose cells
+/// differ: per lattice point X and (y, z) corner k = y + 2z, the gradient's x part and its y
+/// and z parts already multiplied by the row's offsets (value noise: the corner value). A row
+/// shares y and z, so these hash and load once per lattice point instead of once per lane and
+/// corner, and the lanes take them from here by permutation instead of gathers. Entries are
+/// filled on demand, in x order; a window outside the filled stretch starts it afresh.
+template <int Quality>
+class RowCorners {
+public:
+    RowCorners(const Axis& y, const Axis& z, std::uint32_t seedHash) {
+        const auto cellOf = [](V cell) {
+            return static_cast<std::uint32_t>(static_cast<std::int32_t>(hn::GetLane(cell)));
+        };
+        const std::uint32_t hy = 31337u * cellOf(y.cell);
+        const std::uint32_t hz = 6971u * cellOf(z.cell) + seedHash;
+        const double dy[2] = {hn::GetLane(y.lowerOffset), hn::GetLane(y.upperOffset)};
+        const double dz[2] = {hn::GetLane(z.lowerOffset), hn::GetLane(z.upperOffset)};
+        for (int k = 0; k < 4; ++k) {
+            mHashYZ[k] = hy + (k & 1) * 31337u + hz + (k >> 1) * 6971u;
+            mOffsetY[k] = dy[k & 1];
+            mOffsetZ[k] = dz[k >> 1];
+        }
+    }
+
+    /// Makes lattice points lowest ... lowest + count - 1 available; returns the entry index of
+    /// `lowest`, or -1 when they do not fit.
+    std::ptrdiff_t window(double lowest, std::size_t count) {
+        if (count > kCapacity)
+            return -1;
+        const bool continues = mFilled > 0 && lowest >= mFirst &&
+                               lowest <= mFirst + static_cast<double>(mFilled) &&
+                               lowest - mFirst + static_cast<double>(count) <= kCapacity;
+        if (!continues) {
+            mFirst = lowest;
+            mFilled = 0;
+        }
+        const auto start = static_cast<std::size_t>(lowest - mFirst);
+        // Where vectors keep coming (cells of a few pixels), fill ahead: the next vectors'
+        // loads then find stores that have left the store buffer instead of waiting for them.
+        const std::size_t end = continues ? std::min(start + 2 * count, kCapacity) : count;
+        for (; mFilled < end; ++mFilled)
+            fill(mFilled);
+        return static_cast<std::ptrdiff_t>(start);
+    }
+
+    /// The terms of lattice point `cell` and corner k.
+    struct Terms {
+        double x, y, z;
+    };
+    Terms termsAt(std::int32_t cell, int k) const {
+        const std::uint32_t h = 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+        const unsigned index = (h ^ (h >> 8)) & 255u;
+        if constexpr (Quality <= kGradientQuintic) {
+            const double* g = &kGradientTable[index * 4u];
+            return {g[0], g[1] * mOffsetY[k], g[2] * mOffsetZ[k]};
+        } else {
+            return {kValueTable[index], 0.0, 0.0};
+        }
+    }
+
+    /// The x-gradients (value noise: values) and the y and z terms of corner k, by entry.
+    const double* gradientX(int k) const { return mX[k]; }
+    const double* termY(int k) const { return mY[k]; }
+    const double* termZ(int k) const { return mZ[k]; }
+
+private:
+    static constexpr std::size_t kCapacity = PipelineElement3D::kRunLength + 2 * kMaxLanes;
+
+    void fill(std::size_t entry) {
+        const auto cell = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
+        for (int k = 0; k < 4; ++k) {
+            const Terms terms = termsAt(cell, k);
+            mX[k][entry] = terms.x;
+            if constexpr (Quality <= kGradientQuintic) {
+                mY[k][entry] = terms.y;
+                mZ[k][entry] = terms.z;
+            }
+        }
+    }
+
+    std::uint32_t mHashYZ[4];
+    double mOffsetY[4];
+    double mOffsetZ[4];
+    double mFirst = 0.0;
+    std::size_t mFilled = 0;
+    double mX[4][kCapacity];
+    double mY[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+    double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+};
+
+/// One corner's value from its terms for the lanes: (gx dx + gy dy) + gz dz, with gy dy and
+/// gz dz already formed.
+template <int Quality>
+HWY_INLINE V cornerFromTerms(V gx, V gy, V gz, V dx) {
+    if constexpr (Quality <= kGradientQuintic)
+        return hn::Add(hn::Add(hn::Mul(gx, dx), gy), gz);
+    else
+        return gx;
+}
+
+/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other:
+/// lanes in two neighbouring cells (a cell boundary at ordinary zoom) select between the two
+/// cells' terms; more cells read them from the row's table by permutation. False (nothing
+/// written) for lanes farther apart. Kept out of line so that the one-cell loop stays small.
+template <int Quality>
+HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+    const DL dl;
+    if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
+        return false;
+    const V lowest = hn::MinOfLanes(d, x.cell);
+    const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
+    const std::size_t lanes = hn::Lanes(d);
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    if (span == 1.0) {
+        const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
+        const auto inLower = hn::Eq(x.cell, lowest);
+        for (int c = 0; c < 8; ++c) {
+            const int k = c >> 1;
+            const auto lower = row.termsAt(first + (c & 1), k);
+            const auto upper = row.termsAt(first + (c & 1) + 1, k);
+            const auto pick = [&](double a, double b) {
+                return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
+            };
+            corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
+                                                  pick(lower.z, upper.z), dx[c & 1]);
+        }
+        return true;
+    }
+    if (!(span < static_cast<double>(lanes)))
+        return false;
+    // Lattice points lowest ... lowest + lanes: the lower corners of every lane and the upper.
+    const std::ptrdiff_t at = row.window(hn::GetLane(lowest), lanes + 1);
+    if (at < 0)
+        return false;
+    const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, hn::Sub(x.cell, lowest)));
+    for (int c = 0; c < 8; ++c) {
+        const int k = c >> 1;
+        const auto from = static_cast<std::size_t>(at + (c & 1));
+        const auto take = [&](const double* terms) {
+            return hn::TableLookupLanes(hn::LoadU(d, terms + from), lane);
+        };
+        if constexpr (Quality <= kGradientQuintic) {
+            corners[c] = cornerFromTerms<Quality>(take(row.gradientX(k)), take(row.termY(k)),
+                                                  take(row.termZ(k)), dx[c & 1]);
+        } else {
+            corners[c] = take(row.gradientX(k));
+        }
+    }
+    return true;
+}
+
 /// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
+/// A row's corner table, where there is one, serves the lanes that are not all in one cell.
 template <int Quality>
 HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
-                           bool oneCell) {
+                           bool oneCell, RowCorners<Quality>* row) {
     V c[8];
     if (oneCell)
         cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
-    else
+    else if (row == nullptr || !cornersFromRow<Quality>(d, x, *row, c))
         cornersPerLane<Quality>(d, x, y, z, seedHash, c);
     const V y00 = lerp(d, lerp(d, c[0], c[1], x.weight), lerp(d, c[2], c[3], x.weight), y.weight);
     const V y01 = lerp(d, lerp(d, c[4], c[5], x.weight), lerp(d, c[6], c[7], x.weight), y.weight);
@@ -215,19 +367,20 @@ HWY_INLINE void combine(D d, const FractalRun& run, const Octave& octave, V v, d
 /// One octave over Lanes(d) points: x, y, z (y, z unused for a row) at the given lanes.
 template <int Quality>
 HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, const Axis* rowY,
-                           const Axis* rowZ, const double* x, const double* y, const double* z,
-                           double* sum, double* feedback) {
+                           const Axis* rowZ, RowCorners<Quality>* rowCorners, const double* x,
+                           const double* y, const double* z, double* sum, double* feedback) {
     const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency)));
     V noise;
     if (rowY != nullptr) {
         noise = coherentNoise<Quality>(d, ax, *rowY, *rowZ, octave.seedHash,
-                                       octave.rowInOneCell && isUniform(d, ax.cell));
+                                       octave.rowInOneCell && isUniform(d, ax.cell),
+                                       octave.rowInOneCell ? rowCorners : nullptr);
     } else {
         const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency)));
         const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
         const bool sameCell =
             isUniform(d, ax.cell) && isUniform(d, ay.cell) && isUniform(d, az.cell);
-        noise = coherentNoise<Quality>(d, ax, ay, az, octave.seedHash, sameCell);
+        noise = coherentNoise<Quality>(d, ax, ay, az, octave.seedHash, sameCell, nullptr);
     }
     combine(d, run, octave, hn::Mul(noise, hn::Set(d, run.scale)), sum, feedback);
 }
@@ -269,10 +422,12 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
                             row && isUniform(d, rowY.cell) && isUniform(d, rowZ.cell)};
         const Axis* ay = row ? &rowY : nullptr;
         const Axis* az = row ? &rowZ : nullptr;
+        RowCorners<Quality> rowCorners(rowY, rowZ, octave.seedHash);
+        RowCorners<Quality>* corners = row ? &rowCorners : nullptr;
         const bool ridged = run.shape == FractalShape::Ridged;
         for (std::size_t i = 0; i < full; i += lanes) {
-            octaveStep<Quality>(d, run, octave, ay, az, points.x + i, row ? nullptr : points.y + i,
-                                row ? nullptr : points.z + i, sum + i,
+            octaveStep<Quality>(d, run, octave, ay, az, corners, points.x + i,
+                                row ? nullptr : points.y + i, row ? nullptr : points.z + i, sum + i,
                                 ridged ? feedback + i : unusedFeedback);
         }
         if (tail > 0) {
@@ -287,7 +442,7 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
                 ts[k] = sum[from];
                 tf[k] = ridged ? feedback[from] : 1.0;
             }
-            octaveStep<Quality>(d, run, octave, ay, az, tx, ty, tz, ts, tf);
+            octaveStep<Quality>(d, run, octave, ay, az, corners, tx, ty, tz, ts, tf);
             for (std::size_t k = 0; k < tail; ++k) {
                 sum[full + k] = ts[k];
                 if (ridged)
