@@ -18,3 +18,8 @@ if(TEXTURE_TSAN)
   target_compile_options(texture_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
   target_link_options(texture_flags INTERFACE -fsanitize=thread)
 endif()
+if(TEXTURE_FUZZ)
+  target_compile_options(texture_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                 -fno-omit-frame-pointer)
+  target_link_options(texture_flags INTERFACE -fsanitize=address,undefined)
+endif()
