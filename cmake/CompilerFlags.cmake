@@ -18,3 +18,12 @@ if(TEXTURE_TSAN)
   target_compile_options(texture_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
   target_link_options(texture_flags INTERFACE -fsanitize=thread)
 endif()
+if(TEXTURE_FUZZ)
+  # Without stack-depth tracing: its counter lives in the fuzzer's runtime, which the plug-in,
+  # linked with every symbol resolved, cannot refer to.
+  target_compile_options(texture_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                 -fno-sanitize-coverage=stack-depth
+                                                 -fno-omit-frame-pointer)
+  # The shared runtime, so that the plug-in (linked with every symbol resolved) finds it.
+  target_link_options(texture_flags INTERFACE -fsanitize=address,undefined -shared-libsan)
+endif()

@@ -13,9 +13,12 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "host/AtomicFile.h"
 #include "host/Attribute.h"
 #include "host/Engine.h"
 #include "host/GradientNode.h"
+#include "host/GraphDepth.h"
+#include "host/JsonReader.h"
 #include "host/Node.h"
 #include "host/NodeValue.h"
 #include "host/PluginLoader.h"
@@ -45,20 +48,6 @@ std::string Relative(const std::string& path, const fs::path& folder) {
     if (relative.empty() || *relative.begin() == "..")
         return path;
     return relative.string();
-}
-
-std::string LineAndColumn(const std::string& text, std::size_t byte) {
-    std::size_t line = 1;
-    std::size_t column = 1;
-    for (std::size_t i = 0; i + 1 < byte && i < text.size(); ++i) {
-        if (text[i] == '\n') {
-            ++line;
-            column = 1;
-        } else {
-            ++column;
-        }
-    }
-    return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
 /// Splits "NODE.PLUG" into its two halves.
@@ -195,15 +184,6 @@ void LoadLink(const json& entry, std::size_t index, Engine& engine) {
     }
 }
 
-std::string ReadWhole(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        Fail("cannot open the file");
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 }  // namespace
 
 bool Document::Load(const std::string& path, Engine& engine, const PluginLoader& catalogue,
@@ -213,16 +193,7 @@ bool Document::Load(const std::string& path, Engine& engine, const PluginLoader&
     mDisplay.clear();
     try {
         const fs::path folder = fs::absolute(fs::path(path)).parent_path();
-        const std::string text = ReadWhole(path);
-        json document;
-        try {
-            document = json::parse(text);
-        } catch (const json::parse_error& e) {
-            std::string reason = e.what();
-            if (const std::size_t colon = reason.rfind(": "); colon != std::string::npos)
-                reason = reason.substr(colon + 2);
-            Fail(LineAndColumn(text, e.byte) + ": malformed JSON: " + reason);
-        }
+        const json document = JsonReader::Parse(JsonReader::ReadFile(path));
         if (!document.is_object())
             Fail("the document must be a JSON object");
         if (document.value("format", std::string()) != "texture-graph")
@@ -260,6 +231,8 @@ bool Document::Load(const std::string& path, Engine& engine, const PluginLoader&
             Fail("\"links\" must be an array");
         for (std::size_t i = 0; i < links.size(); ++i)
             LoadLink(links[i], i, engine);
+        if (const std::string tooDeep = GraphDepth::Check(engine); !tooDeep.empty())
+            Fail(tooDeep);
         for (const char* field : {"active", "display"}) {
             if (!document.contains(field))
                 continue;
@@ -282,7 +255,6 @@ bool Document::Load(const std::string& path, Engine& engine, const PluginLoader&
 
 bool Document::Save(const std::string& path, const Engine& engine, std::string* error) const {
     const fs::path folder = fs::absolute(fs::path(path)).parent_path();
-    std::string temporary;
     try {
         json document = {{"format", "texture-graph"}, {"version", 1}};
         json models = json::array();
@@ -329,30 +301,12 @@ bool Document::Save(const std::string& path, const Engine& engine, std::string* 
         // not UTF-8) must not leave a half-written temporary file behind.
         const std::string text = document.dump(2) + "\n";
 
-        std::string pattern = (folder / (fs::path(path).filename().string() + ".XXXXXX")).string();
-        const int descriptor = mkstemp(pattern.data());
-        if (descriptor < 0)
-            throw std::runtime_error("cannot create a temporary file in '" + folder.string() + "'");
-        temporary = pattern;
-        std::size_t written = 0;
-        while (written < text.size()) {
-            const ssize_t n = write(descriptor, text.data() + written, text.size() - written);
-            if (n <= 0) {
-                close(descriptor);
-                throw std::runtime_error("cannot write '" + temporary + "'");
-            }
-            written += static_cast<std::size_t>(n);
-        }
-        const bool synced = fsync(descriptor) == 0;
-        if (close(descriptor) != 0 || !synced)
-            throw std::runtime_error("cannot write '" + temporary + "'");
-        fs::permissions(temporary, fs::perms::owner_read | fs::perms::owner_write |
-                                       fs::perms::group_read | fs::perms::others_read);
-        if (std::rename(temporary.c_str(), path.c_str()) != 0)
-            throw std::runtime_error("cannot replace the file");
+        AtomicFile::Write(path, text);
+    } catch (const FileError& e) {
+        if (error != nullptr)
+            *error = e.what();
+        return false;
     } catch (const std::exception& e) {
-        if (!temporary.empty())
-            std::remove(temporary.c_str());
         if (error != nullptr)
             *error = path + ": cannot save: " + e.what();
         return false;

@@ -59,13 +59,18 @@ public:
     static int GetMaxSizeY();
     static void SetMaxSize(int sizeX, int sizeY);
 
+    /// The most pixels ReadFile accepts (8192 x 8192); larger files are refused from their
+    /// header, before any pixel is decoded.
+    static constexpr std::uint64_t kMaxFilePixels = 8192ull * 8192ull;
+
     /// Reads a picture file into a new mode-0 image (count 0), converted to four float
     /// channels: one channel gives grey, two grey and opacity, a missing opacity is 1,
     /// integer formats scale to 0...1. Returns null and sets `error` on failure.
     static Image* ReadFile(const std::string& path, std::string* error);
     /// Writes the image by extension: .exr float32 RGBA; .png/.tif 8 bits (16 with bits = 16),
-    /// channels clamped to 0...1 and scaled. Writes a temporary file and renames it over the
-    /// target, so a failed write leaves an existing file intact. False and `error` on failure.
+    /// channels clamped to 0...1 and scaled. Replaces the target atomically (see AtomicFile),
+    /// so a failed write leaves an existing file intact and no temporary file. False and
+    /// `error` naming the file and the cause ("disk full", "permission denied") on failure.
     bool WriteFile(const std::string& path, int bits, std::string* error) const;
 
 private:

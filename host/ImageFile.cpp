@@ -1,15 +1,16 @@
 // Image::ReadFile and Image::WriteFile: picture files through the image library.
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cctype>
 #include <cmath>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
+#include "host/AtomicFile.h"
 #include "host/Image.h"
 
 namespace {
@@ -42,15 +43,6 @@ float clamp01(float value) {
     return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
 }  // NaN -> 0
 
-// A name in the target's folder that no other writer uses, hidden, and recognisable as ours.
-fs::path temporaryPathFor(const fs::path& target) {
-    static std::atomic<unsigned> counter{0};
-    std::string name(".");
-    name += target.filename().string();
-    name += ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(counter.fetch_add(1));
-    return target.parent_path() / name;
-}
-
 }  // namespace
 
 Image* Image::ReadFile(const std::string& path, std::string* error) {
@@ -78,6 +70,18 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
     const int channels = spec.nchannels;
     if (width <= 0 || height <= 0 || channels <= 0) {
         fail(error, "cannot read image '" + path + "': the file holds no pixels");
+        return nullptr;
+    }
+    const auto declared = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+    if (declared > Image::kMaxFilePixels) {
+        fail(error, "cannot read image '" + path + "': " + std::to_string(width) + " x " +
+                        std::to_string(height) + " pixels is more than the limit of " +
+                        std::to_string(Image::kMaxFilePixels) + " (8192 x 8192)");
+        return nullptr;
+    }
+    if (channels > 16) {
+        fail(error, "cannot read image '" + path + "': " + std::to_string(channels) +
+                        " channels is more than the limit of 16");
         return nullptr;
     }
     std::vector<float> pixels(static_cast<std::size_t>(width) * height * channels);
@@ -175,27 +179,27 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
         dataType = OIIO::TypeDesc::UINT8;
     }
 
-    // Write beside the target and rename over it: readers never see half a file, and a
-    // failure leaves whatever was there before.
-    const fs::path temporary = temporaryPathFor(fs::path(path));
-    std::error_code ignored;
-    if (!output->open(temporary.string(), spec)) {
-        const std::string reason = libraryError(output->geterror());
-        fs::remove(temporary, ignored);
-        return fail(error, where + reason);
-    }
-    const bool written = output->write_image(dataType, data);
-    const bool closed = output->close();
-    if (!written || !closed) {
-        const std::string reason = libraryError(output->geterror());
-        fs::remove(temporary, ignored);
-        return fail(error, where + reason);
-    }
-    std::error_code code;
-    fs::rename(temporary, path, code);
-    if (code) {
-        fs::remove(temporary, ignored);
-        return fail(error, where + code.message());
+    // Formats that can encode into memory do, and the bytes go to the disk through checked
+    // calls: the image library neither sees the disk filling up nor can end the process over
+    // it. The others write a temporary file that is flushed and checked before the rename.
+    try {
+        if (output->supports("ioproxy")) {
+            std::vector<unsigned char> encoded;
+            OIIO::Filesystem::IOVecOutput memory(encoded);
+            if (!output->set_ioproxy(&memory) || !output->open(path, spec) ||
+                !output->write_image(dataType, data) || !output->close())
+                return fail(error, where + libraryError(output->geterror()));
+            AtomicFile::Write(path, std::string_view(reinterpret_cast<const char*>(encoded.data()),
+                                                     encoded.size()));
+        } else {
+            AtomicFile file(path);
+            if (!output->open(file.GetTemporaryPath(), spec) ||
+                !output->write_image(dataType, data) || !output->close())
+                return fail(error, where + libraryError(output->geterror()));
+            file.Commit();
+        }
+    } catch (const FileError& e) {
+        return fail(error, e.what());
     }
     return true;
 }

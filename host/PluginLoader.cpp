@@ -1,12 +1,18 @@
 #include "host/PluginLoader.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <link.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "host/ImageFileNode.h"
@@ -48,6 +54,57 @@ std::string ExecutableFolder() {
     return error ? std::string(".") : exe.parent_path().string();
 }
 
+bool ReadAt(int descriptor, void* into, std::size_t size, std::uint64_t offset) {
+    return pread(descriptor, into, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
+}
+
+// The loader maps a library without checking that the file holds what its headers promise: a
+// truncated file then faults inside the loader. Checks the headers and every loadable segment
+// against the file's size and returns why the file cannot be loaded, or nothing.
+std::string CheckSharedLibrary(const std::string& file) {
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return std::string("cannot open the file: ") + std::strerror(errno);
+    struct Closer {
+        int descriptor;
+        ~Closer() { close(descriptor); }
+    } closer{descriptor};
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        return "not a regular file";
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    const std::string truncated = "the file is truncated (" + std::to_string(size) + " bytes)";
+    ElfW(Ehdr) header{};
+    if (!ReadAt(descriptor, &header, sizeof header, 0))
+        return size >= SELFMAG && std::memcmp(header.e_ident, ELFMAG, SELFMAG) == 0
+                   ? truncated
+                   : "not a shared library";
+    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_type != ET_DYN)
+        return "not a shared library";
+#if __SIZEOF_POINTER__ == 8
+    const unsigned char nativeClass = ELFCLASS64;
+#else
+    const unsigned char nativeClass = ELFCLASS32;
+#endif
+    if (header.e_ident[EI_CLASS] != nativeClass || header.e_phentsize != sizeof(ElfW(Phdr)))
+        return "a shared library for another kind of machine";
+    const auto within = [size](std::uint64_t offset, std::uint64_t length) {
+        return offset <= size && length <= size - offset;
+    };
+    if (!within(header.e_phoff, std::uint64_t{header.e_phnum} * header.e_phentsize) ||
+        !within(header.e_shoff, std::uint64_t{header.e_shnum} * header.e_shentsize))
+        return truncated;
+    for (unsigned i = 0; i < header.e_phnum; ++i) {
+        ElfW(Phdr) segment{};
+        if (!ReadAt(descriptor, &segment, sizeof segment,
+                    header.e_phoff + std::uint64_t{i} * header.e_phentsize))
+            return truncated;
+        if (segment.p_type == PT_LOAD && !within(segment.p_offset, segment.p_filesz))
+            return truncated;
+    }
+    return {};
+}
+
 }  // namespace
 
 PluginLoader::PluginLoader() {
@@ -84,6 +141,8 @@ bool PluginLoader::Load(const std::string& path, std::string* error) {
     };
     if (mHandle != nullptr)
         return fail("a plug-in is loaded already");
+    if (const std::string problem = CheckSharedLibrary(file); !problem.empty())
+        return fail(problem);
     void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {
         const char* reason = dlerror();

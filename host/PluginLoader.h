@@ -25,7 +25,8 @@ public:
     static std::string DefaultPluginPath();
 
     /// Loads the plug-in at `path` (DefaultPluginPath() when empty) and adds its node types to
-    /// the catalogue. False with a one-line `error` when the library cannot be opened or lacks
+    /// the catalogue. False with a one-line `error` when the file is not a complete shared
+    /// library (checked before it is mapped), cannot be opened or lacks
     /// an export; the message names --plugin and TEXTURE_PLUGIN.
     bool Load(const std::string& path, std::string* error);
     /// The file loaded, empty before a successful Load.

@@ -13,6 +13,10 @@ packages=(
   nlohmann-json3-dev libcli11-dev
   libhwy-dev
 )
+# The fuzz run (scripts/fuzz.sh) builds with clang and its libFuzzer runtime.
+if [ "${1:-}" = "fuzz" ]; then
+  packages+=(clang-14 libclang-rt-14-dev)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

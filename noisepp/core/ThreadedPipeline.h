@@ -5,9 +5,12 @@
 #include <cstddef>
 #include <deque>
 #include <mutex>
+#include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
+#include "noisepp/core/Exception.h"
 #include "noisepp/core/Pipeline.h"
 
 namespace noisepp {
@@ -22,12 +25,20 @@ namespace noisepp {
 template <class Element>
 class ThreadedPipeline : public Pipeline<Element> {
 public:
-    /// Starts `numberOfThreads` workers; 0 throws ParamInvalidException.
+    /// Starts `numberOfThreads` workers; 0 throws ParamInvalidException, a worker the system
+    /// cannot start throws Exception.
     explicit ThreadedPipeline(std::size_t numberOfThreads) {
         NOISEPP_REQUIRE(numberOfThreads > 0, "numberOfThreads");
         mThreads.reserve(numberOfThreads);
-        for (std::size_t i = 0; i < numberOfThreads; ++i) {
-            mThreads.emplace_back([this] { workerLoop(); });
+        try {
+            for (std::size_t i = 0; i < numberOfThreads; ++i)
+                mThreads.emplace_back([this] { workerLoop(); });
+        } catch (const std::system_error& e) {
+            // No destructor runs for a half-built pipeline: stop the workers started so far.
+            stopWorkers();
+            throw Exception("cannot start worker thread " + std::to_string(mThreads.size() + 1) +
+                            " of " + std::to_string(numberOfThreads) + " (" + e.what() +
+                            "); ask for fewer threads");
         }
     }
 
@@ -55,13 +66,7 @@ public:
     }
 
     ~ThreadedPipeline() override {
-        {
-            std::lock_guard lock(mMutex);
-            mStop = true;
-        }
-        mWorkAvailable.notify_all();
-        for (std::thread& thread : mThreads)
-            thread.join();
+        stopWorkers();
         for (PipelineJob* job : mFinished)
             delete job;
     }
@@ -69,6 +74,16 @@ public:
     std::size_t getThreadCount() const { return mThreads.size(); }
 
 private:
+    void stopWorkers() {
+        {
+            std::lock_guard lock(mMutex);
+            mStop = true;
+        }
+        mWorkAvailable.notify_all();
+        for (std::thread& thread : mThreads)
+            thread.join();
+    }
+
     void workerLoop() {
         std::vector<Cache> cache;
         std::unique_lock lock(mMutex);

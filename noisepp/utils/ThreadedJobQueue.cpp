@@ -1,5 +1,8 @@
 #include "noisepp/utils/ThreadedJobQueue.h"
 
+#include <string>
+#include <system_error>
+
 #include "noisepp/core/Exception.h"
 
 namespace noisepp::utils {
@@ -8,8 +11,16 @@ ThreadedJobQueue::ThreadedJobQueue(std::size_t numberOfThreads, std::size_t cach
     : JobQueue(cacheSize) {
     NOISEPP_REQUIRE(numberOfThreads > 0, "numberOfThreads");
     mThreads.reserve(numberOfThreads);
-    for (std::size_t i = 0; i < numberOfThreads; ++i)
-        mThreads.emplace_back([this] { workerLoop(); });
+    try {
+        for (std::size_t i = 0; i < numberOfThreads; ++i)
+            mThreads.emplace_back([this] { workerLoop(); });
+    } catch (const std::system_error& e) {
+        // The destructor does not run for a half-built queue: stop the workers started so far.
+        stopWorkers();
+        throw Exception("cannot start worker thread " + std::to_string(mThreads.size() + 1) +
+                        " of " + std::to_string(numberOfThreads) + " (" + e.what() +
+                        "); ask for fewer threads");
+    }
 }
 
 void ThreadedJobQueue::addJob(PipelineJob* job) {
@@ -36,6 +47,12 @@ void ThreadedJobQueue::executeJobs() {
 }
 
 ThreadedJobQueue::~ThreadedJobQueue() {
+    stopWorkers();
+    for (PipelineJob* job : mFinished)
+        delete job;
+}
+
+void ThreadedJobQueue::stopWorkers() {
     {
         std::lock_guard lock(mMutex);
         mStop = true;
@@ -43,8 +60,6 @@ ThreadedJobQueue::~ThreadedJobQueue() {
     mWorkAvailable.notify_all();
     for (std::thread& thread : mThreads)
         thread.join();
-    for (PipelineJob* job : mFinished)
-        delete job;
 }
 
 void ThreadedJobQueue::workerLoop() {

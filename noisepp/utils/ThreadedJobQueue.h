@@ -21,7 +21,8 @@ namespace noisepp::utils {
 class ThreadedJobQueue : public JobQueue {
 public:
     /// Starts `numberOfThreads` workers, which wait for work at once; 0 throws
-    /// ParamInvalidException.
+    /// ParamInvalidException, and a worker the system cannot start throws Exception (after
+    /// stopping those already started).
     explicit ThreadedJobQueue(std::size_t numberOfThreads, std::size_t cacheSize = 0);
 
     void addJob(PipelineJob* job) override;
@@ -33,6 +34,7 @@ public:
 
 private:
     void workerLoop();
+    void stopWorkers();
 
     std::vector<std::thread> mThreads;
     std::mutex mMutex;

@@ -107,7 +107,7 @@ TEST(ThreadedPipeline, ZeroThreadsIsRefusedAndEmptyRunsReturn) {
 
 TEST(ProcessorCount, CreationRuleFollowsTheCount) {
     utils::setProcessorCount(1);
-    EXPECT_EQ(dynamic_cast<ThreadedPipeline3D*>(utils::createPipeline().get()), nullptr);
+    EXPECT_EQ(dynamic_cast<ThreadedPipeline3D&>(*utils::createPipeline()).getThreadCount(), 1u);
     utils::setProcessorCount(3);
     auto threaded = utils::createPipeline();
     auto* asThreaded = dynamic_cast<ThreadedPipeline3D*>(threaded.get());
