@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "host/Image.h"
@@ -52,11 +53,28 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
     const auto rangeX = static_cast<float>(range.x);
     const auto rangeY = static_cast<float>(range.y);
     const bool seamless = texture::readBool(*this, inputs, kSeamless);
-    if (!FitsHost(outplug, frame))
+    // A host may ask for the texture rectangle at another size than the frame's, and for a
+    // window of that image only (renders beyond the frame's limit, exact tiles).
+    const RenderOptions options = GetRenderOptions();
+    PixelFrame whole = frame;
+    if (options.width > 0 && options.height > 0) {
+        whole.width = options.width;
+        whole.height = options.height;
+    }
+    if (!FitsHost(outplug, whole))
         return;
+    RenderOptions::Window window = options.window;
+    if (window.IsEmpty())
+        window = {0, 0, whole.width, whole.height};
+    if (window.x0 < 0 || window.y0 < 0 || window.x1 > whole.width || window.y1 > whole.height) {
+        SetState(outplug, kStateError,
+                 "The render window lies outside the " + std::to_string(whole.width) + " x " +
+                     std::to_string(whole.height) + " image.");
+        return;
+    }
 
     const texture::TextureInput texture(*this, inputs, kTextureInput);
-    PublishNewImage(frame.width, frame.height);
+    PublishNewImage(window.Width(), window.Height());
     Image* image = GetImage();
     Timer timer;
     timer.StartTimer();
@@ -66,20 +84,25 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         image->Fill(opaqueBlack);
     } else {
         const std::size_t pixels =
-            static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height);
+            static_cast<std::size_t>(window.Width()) * static_cast<std::size_t>(window.Height());
         // At least one entry, so that an empty size is reported as such by the builder rather
         // than as a missing destination.
         std::vector<noisepp::TextureColor> buffer(std::max<std::size_t>(pixels, 1));
         noisepp::utils::PlaneBuilder builder;
         builder.setModule(texture.module());
         builder.setDestination(buffer.data());
-        builder.setSize(frame.width, frame.height);
+        builder.setSize(whole.width, whole.height);
+        // The window counts rows from the top; the plane's lines, like the image's rows, from
+        // the bottom.
+        if (whole.width > 0 && whole.height > 0)
+            builder.setWindow(window.x0, whole.height - window.y1, window.x1,
+                              whole.height - window.y0);
         const float upperX = startX + std::max(kMinimumRange, rangeX);
         const float upperY = startY + std::max(kMinimumRange, rangeY);
         builder.setBounds(startX, startY, upperX, upperY);
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
-        builder.setThreadCount(GetThreadCount());
+        builder.setThreadCount(options.threads);
         builder.build();
 
         float* pixel = image->GetArray();

@@ -133,7 +133,7 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
     PublishNewImage(width, height);
     if (texture.module() != nullptr) {
         const std::unique_ptr<noisepp::Pipeline3D> pipeline =
-            noisepp::utils::createPipeline(GetThreadCount());
+            noisepp::utils::createPipeline(GetRenderOptions().threads);
         const noisepp::PipelineElement3D* element =
             pipeline->getElement(texture.module()->addToPipeline(pipeline.get()));
 
@@ -157,7 +157,7 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         Texture3DRenderUVPixelFactory factory(pipeline.get(), element, driving[0], driving[1],
                                               driving[2], ranges);
         // The UV renderer's threads follow the same count as the pipeline's.
-        const unsigned threads = GetThreadCount();
+        const unsigned threads = GetRenderOptions().threads;
         mScene->SetThreadCount(
             static_cast<int>(threads > 0 ? threads : noisepp::utils::getProcessorCount()));
         Timer timer;

@@ -64,8 +64,8 @@ void RenderNode::PublishNewImage(int width, int height) {
     mImage = image;
 }
 
-unsigned RenderNode::GetThreadCount() const {
-    return GetEngine() != nullptr ? GetEngine()->GetRenderOptions().threads : 0;
+RenderOptions RenderNode::GetRenderOptions() const {
+    return GetEngine() != nullptr ? GetEngine()->GetRenderOptions() : RenderOptions{};
 }
 
 std::string RenderNode::LogPrefix() const {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/Node.h"
+#include "host/RenderOptions.h"
 #include "library/NodeCatalogue.h"
 #include "nodes/AttributeRow.h"
 
@@ -46,9 +47,9 @@ protected:
     /// Replaces the current image by a new one of this size.
     void PublishNewImage(int width, int height);
     Image* GetImage() const { return mImage; }
-    /// Worker threads for a render: the engine's render option, 0 (one per processor) outside
+    /// The engine's render options (thread count, output size, window); the defaults outside
     /// an engine.
-    unsigned GetThreadCount() const;
+    RenderOptions GetRenderOptions() const;
     /// "Texture.dll <node class>::Evaluate - <what>".
     std::string LogPrefix() const;
 

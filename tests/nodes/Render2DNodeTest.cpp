@@ -72,6 +72,44 @@ TEST_F(Render2DNodeTest, MatchesThePlaneBuilderWithCoordinatesNarrowedToFloat) {
               BuilderPixels(perlin, 40, 24, 0.1, -1.7, 0.1 + 2.3, -1.7 + 1.1, 0.3, false));
 }
 
+TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
+    graph.SetTexture(&perlin);
+    SetFrame(0, 0, 8, 8);
+    graph.Set("range", NodeValue::FromPoint(Point{2.3, 1.1}));
+    RenderOptions options;
+    options.width = 37;
+    options.height = 21;
+    for (const bool seamless : {false, true}) {
+        graph.Set("seamless", NodeValue::Bool(seamless));
+        const std::vector<float> whole =
+            BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless);
+        options.window = {};
+        graph.engine.SetRenderOptions(options);
+        EXPECT_EQ(graph.Pixels(), whole) << "the size replaces the frame's";
+        // Windows count rows from the top; images keep row 0 at the bottom.
+        for (const RenderOptions::Window window :
+             {RenderOptions::Window{0, 0, 1, 1}, RenderOptions::Window{5, 3, 30, 20},
+              RenderOptions::Window{0, 20, 37, 21}}) {
+            options.window = window;
+            graph.engine.SetRenderOptions(options);
+            graph.engine.MarkDirty(graph.render);
+            const std::vector<float> part = graph.Pixels();
+            ASSERT_EQ(part.size(), std::size_t{4} * window.Width() * window.Height());
+            for (int row = 0; row < window.Height(); ++row) {
+                const int wholeRow = 21 - window.y1 + row;
+                const auto from = whole.begin() + (wholeRow * 37 + window.x0) * 4;
+                EXPECT_TRUE(std::equal(from, from + window.Width() * 4,
+                                       part.begin() + row * window.Width() * 4))
+                    << "window row " << row;
+            }
+        }
+    }
+    options.window = {30, 0, 38, 4};
+    graph.engine.SetRenderOptions(options);
+    graph.engine.MarkDirty(graph.render);
+    EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";
+}
+
 TEST_F(Render2DNodeTest, RoundsTheFrameHalfDown) {
     graph.SetTexture(&perlin);
     struct Case {
