@@ -12,6 +12,7 @@ packages=(
   libassimp-dev
   nlohmann-json3-dev libcli11-dev
   libhwy-dev
+  pybind11-dev python3-numpy python3-pytest python3-dask python3-distributed
 )
 # The fuzz run (scripts/fuzz.sh) builds with clang and its libFuzzer runtime.
 if [ "${1:-}" = "fuzz" ]; then
