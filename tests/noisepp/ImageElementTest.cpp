@@ -81,16 +81,6 @@ protected:
     std::vector<double> mTable = summedAreaTable();
 };
 
-TEST(ImageModule, WithoutImageEveryPointIsOpaqueBlack) {
-    ImageModule module;
-    const Compiled image(module);
-    const TextureColor black{0.0f, 0.0f, 0.0f, 1.0f};
-    EXPECT_EQ(image.at(0.5, 0.5), black);
-    EXPECT_EQ(image.at(-3.0, 7.0), black) << "no image means no transparent outside either";
-    const ImageElement3D bare(0, 0, nullptr, ImageModule::kRepeatX);
-    EXPECT_EQ(bare.getAreaSample(0.5, 0.5, 0.5, 0.5, 0), black);
-}
-
 TEST(ImageModule, CompilesWithoutSourcesAndRefusesAnEmptyTable) {
     const std::vector<double> table = summedAreaTable();
     ImageModule module;
@@ -156,15 +146,6 @@ TEST_F(ImageElementTest, RepeatWrapsOnlyTheFlaggedDirection) {
     EXPECT_EQ(tileY.getValue(0.6, rowY(1) + 2.0, 0.0), pixel(2, 1));
     EXPECT_EQ(tileY.getValue(0.6, rowY(1) - 1.0, 0.0), pixel(2, 1));
     EXPECT_EQ(tileY.getValue(1.6, rowY(1), 0.0), (TextureColor{}));
-}
-
-TEST_F(ImageElementTest, FootprintInsideAveragesItsPixels) {
-    const ImageElement3D image = element(0);
-    // Pixel bounds 1.5 ... 2.5 and 0.75 ... 2.25 round to columns 1-2 and rows 1-2.
-    const TextureColor area = image.getAreaSample(0.5, 0.5, 0.25, 0.5, 0);
-    EXPECT_COLOR_NEAR(area, expectedArea({1, 2}, {1, 2}, 4.0), 1e-6f);
-    EXPECT_EQ(image.getAreaSample(0.5, 0.5, -1.0, -2.0, 0), image.getValue(0.5, 0.5, 0.0))
-        << "negative sizes count as 0";
 }
 
 TEST_F(ImageElementTest, FootprintOverANonRepeatingEdgeFadesItsOpacity) {

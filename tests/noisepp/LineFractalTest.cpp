@@ -154,19 +154,5 @@ TEST(LineFractalTest, RampCornersMatchPoints) {
     }
 }
 
-/// The line form must not change the one-point colours themselves: a default Perlin element is
-/// still 0 at the origin (ramp value 0.5) and a run through the origin says the same.
-TEST(LineFractalTest, OriginOfALineIsTheRampMiddle) {
-    PerlinModule module;
-    module.setQuality(2);
-    Pipeline3D pipeline;
-    const PipelineElement3D& element = *pipeline.getElement(module.addToPipeline(&pipeline));
-    forEachTarget([&] {
-        TextureColor line[3];
-        element.getLine(-1.0, 0.0, 0.0, 1.0, 3, line);
-        EXPECT_EQ(line[1], (TextureColor{0.5f, 0.5f, 0.5f, 1.0f}));
-    });
-}
-
 }  // namespace
 }  // namespace noisepp

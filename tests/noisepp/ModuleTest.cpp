@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "TestSupport.h"
@@ -13,17 +12,9 @@ namespace noisepp {
 namespace {
 
 using test::LevelModule;
+using test::messageOf;
 using test::PassModule;
 using test::SumModule;
-
-std::string messageOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const Exception& e) {
-        return e.what();
-    }
-    return "(no exception)";
-}
 
 TEST(Module, SourcePositionsAreRangeChecked) {
     SumModule sum;

@@ -1,11 +1,8 @@
-// Covers: the invariants the noise relies on (unit gradients, padding, every value level once,
-// the permutation stored twice), always; and, when the reference data files are at hand, the
-// gradient, value and permutation tables entry for entry.
+// Covers: the gradient, value and permutation tables entry for entry, when the reference data
+// files are at hand (without them, the recorded colours of LineGraphTest still pin the tables).
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -33,27 +30,6 @@ std::vector<std::vector<double>> readRows(const std::string& name) {
             rows.push_back(row);
     }
     return rows;
-}
-
-TEST(NoiseTables, HoldUnitGradientsEveryValueLevelOnceAndAPermutationTwice) {
-    for (std::size_t i = 0; i < 256; ++i) {
-        const double* g = &kGradientTable[i * 4];
-        EXPECT_NEAR(std::sqrt(g[0] * g[0] + g[1] * g[1] + g[2] * g[2]), 1.0, 1e-6) << i;
-        EXPECT_EQ(g[3], 0.0) << i;
-    }
-    std::vector<long> levels;
-    for (const double v : kValueTable)
-        levels.push_back(std::lround((v + 0.7) / 1.4 * 255.0));
-    std::vector<std::int32_t> permutation(kPermutationTable.begin(),
-                                          kPermutationTable.begin() + 256);
-    EXPECT_TRUE(
-        std::equal(permutation.begin(), permutation.end(), kPermutationTable.begin() + 256));
-    std::sort(levels.begin(), levels.end());
-    std::sort(permutation.begin(), permutation.end());
-    for (int i = 0; i < 256; ++i) {
-        EXPECT_EQ(levels[i], i);
-        EXPECT_EQ(permutation[i], i);
-    }
 }
 
 /// Entry for entry against the reference data files, when they are at hand.

@@ -1,5 +1,5 @@
 // Covers: where the plane builder samples (cell centres, a 1 x 1 build, the z value, positions
-// accumulated by repeated addition), the seamless blend, progress reports (count, values,
+// accumulated by repeated addition), progress reports (count, values,
 // calling thread, restart per build), parameter checks with their order and messages, building
 // on a given pipeline, a diamond tree sharing one element, and bit-identical images from the
 // plain and the threaded pipelines.
@@ -117,49 +117,6 @@ TEST_P(PlaneBuilderTest, PositionsAdvanceByRepeatedAddition) {
         }
         y += yStep;
     }
-}
-
-TEST_P(PlaneBuilderTest, SeamlessBlendsFourSamplesOneExtentApart) {
-    PerlinModule perlin;
-    perlin.setColorize(false);
-    const double lowerX = -1.0, upperX = 3.0, lowerY = 0.5, upperY = 2.5, z = 0.3;
-    const int width = 8, height = 5;
-    const auto image = render(perlin, width, height, lowerX, lowerY, upperX, upperY, z, true);
-
-    Pipeline3D pipeline;
-    const PipelineElement3D* element = pipeline.getElement(perlin.addToPipeline(&pipeline));
-    const double extentX = upperX - lowerX, extentY = upperY - lowerY;
-    const double yStep = extentY / height;
-    double y = lowerY + yStep * 0.5;
-    for (int j = 0; j < height; ++j, y += yStep) {
-        const auto yBlend = static_cast<float>(1.0 - (y - lowerY) / extentY);
-        for (int i = 0; i < width; ++i) {
-            const double x = lowerX + extentX * i / width;  // the cell edge, not its centre
-            const auto xBlend = static_cast<float>(1.0 - (x - lowerX) / extentX);
-            const TextureColor a = element->getValue(x, y, z);
-            const TextureColor b = element->getValue(x + extentX, y, z);
-            const TextureColor c = element->getValue(x, y + extentY, z);
-            const TextureColor d = element->getValue(x + extentX, y + extentY, z);
-            auto mix = [&](float ca, float cb, float cc, float cd) {
-                const float top = ca + (cb - ca) * xBlend;
-                const float bottom = cc + (cd - cc) * xBlend;
-                return top + (bottom - top) * yBlend;
-            };
-            const TextureColor& got = image[j * width + i];
-            EXPECT_NEAR(got.red, mix(a.red, b.red, c.red, d.red), 1e-5f) << i << ", " << j;
-            EXPECT_NEAR(got.blue, mix(a.blue, b.blue, c.blue, d.blue), 1e-5f) << i << ", " << j;
-            EXPECT_EQ(got.opacity, 1.0f);
-        }
-        // The first column is all (x + extent x): the sample the last column leads into.
-        const TextureColor b = element->getValue(lowerX + extentX, y, z);
-        const TextureColor d = element->getValue(lowerX + extentX, y + extentY, z);
-        EXPECT_EQ(image[j * width].green, d.green * yBlend + b.green * (1.0f - yBlend)) << j;
-    }
-    // A single seamless pixel: x blend 1 takes the samples at x = 0 + 2, and y blend 0.5
-    // averages those at y = 1 and y = 1 + 2.
-    test::EchoModule point;
-    const auto points = render(point, 1, 1, 0.0, 0.0, 2.0, 2.0, 0.0, true);
-    EXPECT_EQ(points[0], (TextureColor{2.0f, 2.0f, 0.0f, 1.0f}));
 }
 
 TEST_P(PlaneBuilderTest, ProgressIsReportedOncePerLineOnTheCallingThread) {

@@ -1,6 +1,6 @@
-// Covers: Select's regions with and without falloff (inclusive hard bounds, the even mix at
-// a bound, the s-curve weight), which sources each region evaluates and in what order,
-// overlapping edges, the bound check in the element's constructor, and missing sources.
+// Covers: Select's inclusive hard bounds, which sources each region evaluates and in what
+// order, the lower end of each edge region, the bound check in the element's constructor and
+// equal bounds. Edge weights are recorded with every module's colours in LineGraphTest.
 
 #include <gtest/gtest.h>
 
@@ -97,56 +97,6 @@ TEST_F(SelectTest, EachEdgeRegionIncludesItsLowerEnd) {
     mSelect.setUpperBound(0.375);
     EXPECT_EQ(select(control), kB);
     EXPECT_EQ(mLog, "CAB") << "upper - f starts the upper edge";
-}
-
-TEST_F(SelectTest, ABoundWithFalloffGivesTheEvenMix) {
-    const TextureColor atLower = controlFor(0.25f);
-    const TextureColor atUpper = controlFor(0.75f);
-    mSelect.setLowerBound(greyAt(atLower));
-    mSelect.setUpperBound(greyAt(atUpper));
-    mSelect.setEdgeFalloff(0.125);
-    const TextureColor even{0.5f, 0.0f, 0.5f, 0.75f};
-    EXPECT_COLOR_NEAR(select(atLower), even, 1e-6f);
-    EXPECT_COLOR_NEAR(select(atUpper), even, 1e-6f);
-}
-
-TEST_F(SelectTest, EdgesFollowTheSCurve) {
-    const TextureColor control = controlFor(0.5f);
-    const double c = greyAt(control);
-    mSelect.setEdgeFalloff(0.25);
-    // The lower edge runs from lower - f = c - 0.125 over 2f = 0.5, so c sits a quarter of
-    // the way in: t = 0.25, w = (3 - 0.5) * 0.0625 = 0.15625.
-    mSelect.setLowerBound(c + 0.125);
-    mSelect.setUpperBound(c + 10.0);
-    const TextureColor lower = select(control);
-    EXPECT_FLOAT_EQ(lower.red, 1.0f - 0.15625f);
-    EXPECT_FLOAT_EQ(lower.blue, 0.15625f);
-    // The same place on the upper edge weighs the other way round.
-    mSelect.setLowerBound(c - 10.0);
-    mSelect.setUpperBound(c + 0.125);
-    const TextureColor upper = select(control);
-    EXPECT_FLOAT_EQ(upper.red, 0.15625f);
-    EXPECT_FLOAT_EQ(upper.blue, 1.0f - 0.15625f);
-}
-
-TEST_F(SelectTest, OverlappingEdgesFollowTheRuleOrder) {
-    // Falloff 0.3 over a range of 0.2: lower edge 0.1 ... 0.7, upper edge 0.3 ... 0.9. The
-    // lower edge wins wherever it holds; the upper one takes over from 0.7 on.
-    mSelect.setLowerBound(0.4);
-    mSelect.setUpperBound(0.6);
-    mSelect.setEdgeFalloff(0.3);
-    const auto weight = [](double t) { return (3.0 - 2.0 * t) * t * t; };
-
-    const TextureColor middle = select(controlFor(0.5f));
-    EXPECT_EQ(mLog, "CBA");
-    EXPECT_NEAR(middle.blue, weight((greyAt(controlFor(0.5f)) - 0.1) / 0.6), 1e-6);
-
-    const TextureColor high = select(controlFor(0.8f));
-    EXPECT_EQ(mLog, "CAB");
-    EXPECT_NEAR(high.red, weight((greyAt(controlFor(0.8f)) - 0.3) / 0.6), 1e-6);
-
-    EXPECT_EQ(select(controlFor(0.95f)), kA);
-    EXPECT_EQ(mLog, "CA");
 }
 
 TEST(SelectElement, RefusesBoundsNotInAscendingOrder) {

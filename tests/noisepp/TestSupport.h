@@ -1,8 +1,8 @@
 #pragma once
 
 // Helpers of the engine tests: small modules (fixed colours with an evaluation log, a coordinate
-// echo, a grey level, a sum and a pass-through), a compiled-tree holder, sampling, exception
-// messages, stream bytes, and the run-form checks repeated per instruction set.
+// echo, a grey level, a sum and a pass-through), a compiled-tree holder, exception messages,
+// stream bytes, and the run-form checks repeated per instruction set.
 
 #include <gtest/gtest.h>
 
@@ -190,13 +190,6 @@ inline std::vector<unsigned char> bytesOf(const Module& module) {
     return out.data();
 }
 
-/// Writes `from` and reads the bytes into `to`; expects every byte to be consumed.
-inline void copyThroughStream(const Module& from, Module& to) {
-    MemoryInStream in(bytesOf(from));
-    to.read(in);
-    EXPECT_EQ(in.remaining(), 0u) << "read must consume exactly what write wrote";
-}
-
 inline bool sameColor(const TextureColor& a, const TextureColor& b, float tolerance) {
     const auto near = [tolerance](float u, float v) { return std::abs(u - v) <= tolerance; };
     return near(a.red, b.red) && near(a.green, b.green) && near(a.blue, b.blue) &&
@@ -268,32 +261,6 @@ private:
     const PipelineElement3D* mSource;
 };
 using PassModule = SingleSourceModule<PassElement>;
-
-/// The colour of `module` at one point.
-inline TextureColor sampleAt(const Module& module, double x, double y, double z = 0.0) {
-    return Compiled(module)(x, y, z);
-}
-
-/// `module` sampled over an n x n grid of the square [x0, x0 + extent) x [y0, y0 + extent) at
-/// height z, row by row.
-inline std::vector<TextureColor> sampleGrid(const Module& module, int n, double x0, double y0,
-                                            double extent, double z = 0.0,
-                                            std::int32_t pipelineSeed = 0) {
-    const Compiled compiled(module, pipelineSeed);
-    std::vector<TextureColor> grid;
-    grid.reserve(static_cast<std::size_t>(n) * n);
-    for (int row = 0; row < n; ++row)
-        for (int column = 0; column < n; ++column)
-            grid.push_back(
-                compiled(x0 + extent * (column + 0.5) / n, y0 + extent * (row + 0.5) / n, z));
-    return grid;
-}
-
-/// The A-to-B blend written out per channel, as the generators document it.
-inline TextureColor expectedBlend(const TextureColor& a, const TextureColor& b, float t) {
-    return {(1.0f - t) * a.red + t * b.red, (1.0f - t) * a.green + t * b.green,
-            (1.0f - t) * a.blue + t * b.blue, (1.0f - t) * a.opacity + t * b.opacity};
-}
 
 /// Calls check() once for every instruction set compiled in and supported here, with only that
 /// one allowed, and restores the normal choice afterwards.

@@ -1,6 +1,6 @@
-// Covers: the Transform module's lookup point for translation, scale and each rotation axis
-// (signs), the order scale -> rotation -> translation and x -> y -> z, the singular-matrix
-// substitute, the affine record's composition and inverse, and the missing-source check.
+// Covers: the singular-matrix substitute, elements keeping the parameters of their compilation,
+// the affine record's composition and inverse. Lookup points for translation, rotation and
+// scale are recorded with every module's colours in LineGraphTest.
 
 #include <gtest/gtest.h>
 
@@ -17,21 +17,8 @@ namespace {
 
 using test::Compiled;
 using test::EchoModule;
-using test::messageOf;
 
 constexpr double kQuarterTurn = std::numbers::pi / 2.0;
-
-// Where the transformed texture at `point` reads its source, as echoed back.
-std::array<double, 3> lookup(const TransformModule& transform, std::array<double, 3> point) {
-    const Compiled compiled(transform);
-    const TextureColor c = compiled.at(point[0], point[1], point[2]);
-    return {c.red, c.green, c.blue};
-}
-
-void expectPoint(const std::array<double, 3>& actual, const std::array<double, 3>& expected) {
-    for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(actual[i], expected[i], 1e-6) << "axis " << i;
-}
 
 class TransformTest : public ::testing::Test {
 protected:
@@ -39,47 +26,6 @@ protected:
     EchoModule mEcho;
     TransformModule mTransform;
 };
-
-TEST_F(TransformTest, DefaultsAreTheIdentity) {
-    expectPoint(lookup(mTransform, {0.25, -3.5, 7.0}), {0.25, -3.5, 7.0});
-}
-
-TEST_F(TransformTest, TranslationAndScaleMoveAndEnlargeTheTexture) {
-    mTransform.setTranslation(1.0, 0.0, 0.0);
-    expectPoint(lookup(mTransform, {3.0, 2.0, 1.0}), {2.0, 2.0, 1.0});
-    mTransform.setTranslation(0.0, 0.0, 0.0);
-    mTransform.setScale(2.0, 2.0, 2.0);
-    expectPoint(lookup(mTransform, {2.0, 2.0, 2.0}), {1.0, 1.0, 1.0});
-    mTransform.setScale(1.0, -4.0, 0.5);
-    expectPoint(lookup(mTransform, {1.0, 1.0, 1.0}), {1.0, -0.25, 2.0});
-}
-
-TEST_F(TransformTest, EachAxisRotatesCounterClockwise) {
-    // A feature of the source at the first point appears at the second.
-    mTransform.setRotation(0.0, 0.0, kQuarterTurn);
-    expectPoint(lookup(mTransform, {0.0, 1.0, 0.0}), {1.0, 0.0, 0.0});
-    mTransform.setRotation(kQuarterTurn, 0.0, 0.0);
-    expectPoint(lookup(mTransform, {0.0, 0.0, 1.0}), {0.0, 1.0, 0.0});
-    mTransform.setRotation(0.0, kQuarterTurn, 0.0);
-    expectPoint(lookup(mTransform, {1.0, 0.0, 0.0}), {0.0, 0.0, 1.0});
-}
-
-TEST_F(TransformTest, RotatesAboutXBeforeZ) {
-    // (0, 1, 0) about x goes to (0, 0, 1), which z leaves alone. The other order would send
-    // it to (-1, 0, 0) instead.
-    mTransform.setRotation(kQuarterTurn, 0.0, kQuarterTurn);
-    expectPoint(lookup(mTransform, {0.0, 0.0, 1.0}), {0.0, 1.0, 0.0});
-}
-
-TEST_F(TransformTest, ScalesBeforeRotatingAndTranslatesLast) {
-    // Scaling x by 2 happens in the source's axes: (1, 0, 0) -> (2, 0, 0) -> (0, 2, 0).
-    mTransform.setScale(2.0, 1.0, 1.0);
-    mTransform.setRotation(0.0, 0.0, kQuarterTurn);
-    expectPoint(lookup(mTransform, {0.0, 2.0, 0.0}), {1.0, 0.0, 0.0});
-    // The translation is not rotated: (1, 0, 0) -> (0, 2, 0) -> (1, 2, 0).
-    mTransform.setTranslation(1.0, 0.0, 0.0);
-    expectPoint(lookup(mTransform, {1.0, 2.0, 0.0}), {1.0, 0.0, 0.0});
-}
 
 TEST_F(TransformTest, ZeroScaleCompilesWithTheSubstituteReciprocal) {
     mTransform.setScale(0.0, 1.0, 1.0);

@@ -1,4 +1,4 @@
-// Covers: RgbMap (mix, extrapolation, evaluation order), the inert Curve and its point check,
+// Covers: the source order of the channel-wise combiners and RgbMap, Curve's point checks,
 // Exponent, ScaleBias, Clamp, Invert, Terrace and the channel combiners against the rows of
 // tests/data/modifier-values.txt, and Terrace's point checks in module and element.
 
@@ -14,6 +14,7 @@
 #include "TestSupport.h"
 #include "noisepp/modules/CurveElement3D.h"
 #include "noisepp/modules/CurveModule.h"
+#include "noisepp/modules/MultiplyModule.h"
 #include "noisepp/modules/RgbMapModule.h"
 #include "noisepp/modules/TerraceElement3D.h"
 #include "noisepp/modules/TerraceModule.h"
@@ -34,25 +35,15 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(RgbMap, MixMovesTheLookupTowardsTheColour) {
-    EchoModule echo;
+TEST(DualSource, EvaluatesSourceZeroFirst) {
     std::string log;
-    FixedColorModule coordinates({0.25f, 0.5f, 0.75f, 0.0f}, &log, 'm');
-    RgbMapModule map;
-    map.setSourceModule(0, &echo);
-    map.setSourceModule(1, &coordinates);
-
-    map.setMix(0.0);
-    EXPECT_EQ(Compiled(map).at(4.0, 5.0, 6.0), (TextureColor{4.0f, 5.0f, 6.0f, 1.0f}));
-    map.setMix(1.0);
-    EXPECT_EQ(Compiled(map).at(4.0, 5.0, 6.0), (TextureColor{0.25f, 0.5f, 0.75f, 1.0f}))
-        << "the coordinate colour's opacity (0) plays no part";
-    map.setMix(0.5);
-    EXPECT_EQ(Compiled(map).at(4.0, 5.0, 6.0), (TextureColor{2.125f, 2.75f, 3.375f, 1.0f}));
-    map.setMix(2.0);
-    EXPECT_EQ(Compiled(map).at(4.0, 5.0, 6.0), (TextureColor{-3.5f, -4.0f, -4.5f, 1.0f}))
-        << "mix beyond 1 extrapolates";
-    EXPECT_EQ(log, "mmmm") << "the coordinate source is evaluated once per point";
+    FixedColorModule first({0, 0, 0, 0}, &log, 'a');
+    FixedColorModule second({0, 0, 0, 0}, &log, 'b');
+    MultiplyModule multiply;
+    multiply.setSourceModule(0, &first);
+    multiply.setSourceModule(1, &second);
+    Compiled(multiply).at(0, 0, 0);
+    EXPECT_EQ(log, "ab");
 }
 
 TEST(RgbMap, EvaluatesTheCoordinateSourceFirst) {
@@ -70,20 +61,6 @@ TEST(RgbMap, EvaluatesTheCoordinateSourceFirst) {
     log.clear();
     compiled.pipeline->getElement(0)->getValue(0, 0, 0);
     EXPECT_EQ(log, "s") << "source 0 is compiled before source 1";
-}
-
-TEST(Curve, IsInertButCompilesItsSource) {
-    std::string log;
-    FixedColorModule source({0.5f, 0.5f, 0.5f, 1.0f}, &log, 's');
-    CurveModule curve;
-    curve.setSourceModule(0, &source);
-    for (int i = 0; i < 4; ++i)
-        curve.addControlPoint(i * 0.25, 1.0 - i * 0.25);
-    const Compiled compiled(curve);
-    EXPECT_EQ(compiled.pipeline->getElementCount(), 2u);
-    EXPECT_EQ(compiled.at(0.1, 0.2, 0.3), TextureColor{});
-    EXPECT_EQ(compiled.at(-5.0, 9.0, 1e9), TextureColor{});
-    EXPECT_EQ(log, "") << "the source is never evaluated";
 }
 
 TEST(Curve, NeedsFourPoints) {
