@@ -1,15 +1,11 @@
 #pragma once
 
 // Shared by the node tests: a local engine that adds and links nodes, sets attributes and
-// hands back the module a node published, and a bit-for-bit comparison of two module trees.
+// hands back the module a node published, a node offering a test's image, and a sampler.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -47,25 +43,11 @@ public:
             << node->GetTypeName() << " attribute " << attributeId << ": " << error;
     }
 
-    /// Sets attributes by name from "name=value name=value ...": numbers, true or false,
-    /// "#index" for a choice, "r,g,b,o" for a colour.
-    void Configure(Node* node, const std::string& settings) {
-        std::istringstream stream(settings);
-        for (std::string item; stream >> item;) {
-            const std::size_t equals = item.find('=');
-            const std::string name = item.substr(0, equals), text = item.substr(equals + 1);
-            const Attribute* attribute = node->FindAttribute(name);
-            ASSERT_NE(attribute, nullptr) << node->GetTypeName() << " has no " << name;
-            NodeValue value = NodeValue::Number(std::atof(text.c_str()));
-            if (text == "true" || text == "false")
-                value = NodeValue::Bool(text == "true");
-            else if (text[0] == '#')
-                value = NodeValue::Choice(std::atoi(text.c_str() + 1), "");
-            else if (Rgbo c; std::sscanf(text.c_str(), "%lf,%lf,%lf,%lf", &c.red, &c.green, &c.blue,
-                                         &c.opacity) == 4)
-                value = NodeValue::Color(c);
-            Set(node, attribute->GetId(), value);
-        }
+    /// Sets the attribute named `name`.
+    void Set(Node* node, const std::string& name, const NodeValue& value) {
+        const Attribute* attribute = node->FindAttribute(name);
+        ASSERT_NE(attribute, nullptr) << node->GetTypeName() << " has no " << name;
+        Set(node, attribute->GetId(), value);
     }
 
     /// Evaluates the node and returns the module on its outplug 0 (null when it built none).
@@ -120,36 +102,6 @@ inline noisepp::TextureColor Sample(const noisepp::Module& module, double x, dou
     noisepp::Pipeline3D pipeline;
     const std::size_t id = module.addToPipeline(&pipeline);
     return pipeline.getElement(id)->getValue(x, y, z);
-}
-
-/// Whether two module trees compile to elements giving bit-identical colours (NaN included)
-/// at a spread of points: both signs, lattice points, fractions and far-away points.
-inline ::testing::AssertionResult SameTexture(const noisepp::Module& actual,
-                                              const noisepp::Module& expected) {
-    noisepp::Pipeline3D actualPipeline;
-    noisepp::Pipeline3D expectedPipeline;
-    const auto* a = actualPipeline.getElement(actual.addToPipeline(&actualPipeline));
-    const auto* e = expectedPipeline.getElement(expected.addToPipeline(&expectedPipeline));
-    const double coordinates[] = {-7.31, -1.0, -0.37, 0.0, 0.11, 0.5, 0.73, 1.0, 2.49, 13.7};
-    for (double x : coordinates) {
-        for (double y : coordinates) {
-            const double z = x * 0.37 - y * 0.21;
-            const noisepp::TextureColor got = a->getValue(x, y, z);
-            const noisepp::TextureColor want = e->getValue(x, y, z);
-            if (std::memcmp(&got, &want, sizeof got) != 0)
-                return ::testing::AssertionFailure()
-                       << "at (" << x << ", " << y << ", " << z << ") got (" << got.red << ", "
-                       << got.green << ", " << got.blue << ", " << got.opacity << "), want ("
-                       << want.red << ", " << want.green << ", " << want.blue << ", "
-                       << want.opacity << ")";
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
-/// A number as every module parameter receives it: through a 32-bit float.
-inline double AsFloat(double value) {
-    return static_cast<double>(static_cast<float>(value));
 }
 
 }  // namespace gentest

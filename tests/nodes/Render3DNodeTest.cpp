@@ -10,13 +10,16 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "nodes/ImageRender2DTextureNode.h"
 #include "nodes/ImageRender3DTextureNode.h"
 #include "nodes/Render3DSelfTest.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/RenderNodeTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -81,7 +84,7 @@ protected:
                 ExpectProbe(pixels, i, j, point(i, j, Centre(i), Centre(j)));
     }
 
-    rendertest::TemporaryFolder folder;
+    testsupport::TempFolder folder;
     std::string quadPath;
     ProbeModule probe;
     RenderGraph<ImageRender3DTextureNode> graph;
@@ -234,14 +237,30 @@ TEST_F(Render3DNodeTest, RoundsTheFrameHalfDownAndPinsTheImage) {
     EXPECT_NEAR(image->GetConstArray()[0], 0.25, 1e-5) << "pixel 0 spans u 0 to 0.5";
 }
 
-TEST_F(Render3DNodeTest, RefusesImagesLargerThanTheHostAllows) {
-    Image::SetMaxSize(kSize, kSize - 1);
-    EXPECT_EQ(graph.Render().GetImage(), nullptr);
-    EXPECT_EQ(graph.render->GetState(), Node::kStateError);
-    EXPECT_EQ(graph.render->GetStateMessage(), "Output image is larger than maximum image size.");
+TEST_F(Render3DNodeTest, BothRenderNodesRefuseImagesLargerThanTheHostAllows) {
+    RenderGraph<ImageRender2DTextureNode> plane;
+    plane.SetTexture(&probe);
+    plane.Set("frame", NodeValue::FromFrame(Frame{0, 0, kSize, kSize}));
+    const auto expectRefused = [](auto& graph, bool refused) {
+        graph.engine.MarkDirty(graph.render);
+        EXPECT_EQ(graph.Render().GetImage() == nullptr, refused) << graph.render->GetTypeName();
+        EXPECT_EQ(graph.render->GetOutputImage(0) == nullptr, refused);
+        EXPECT_EQ(graph.render->GetState(), refused ? Node::kStateError : Node::kStateOk);
+        if (refused) {
+            EXPECT_EQ(graph.render->GetStateMessage(),
+                      "Output image is larger than maximum image size.");
+        }
+    };
+    // The maximum size itself is allowed; one more pixel either way is not.
+    for (const auto& [width, height, refused] :
+         {std::tuple{kSize, kSize, false}, std::tuple{kSize - 1, kSize, true},
+          std::tuple{kSize, kSize - 1, true}}) {
+        SCOPED_TRACE(testing::Message() << "maximum " << width << " x " << height);
+        Image::SetMaxSize(width, height);
+        expectRefused(graph, refused);
+        expectRefused(plane, refused);
+    }
     Image::SetMaxSize(16384, 16384);
-    graph.engine.MarkDirty(graph.render);
-    EXPECT_NE(graph.Render().GetImage(), nullptr);
 }
 
 TEST_F(Render3DNodeTest, WithoutATextureTheImageIsLeftClearAndWithoutAMeshItIsBlack) {
@@ -338,9 +357,7 @@ TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {
 // Releasing the image is the render base's and tested with Render 2D.
 TEST_F(Render3DNodeTest, LogsItsRender) {
     const rendertest::LogCapture log;
-    NodeValue kept = graph.Render();
-    ASSERT_NE(kept.GetImage(), nullptr);
-    EXPECT_EQ(graph.render->GetOutputImage(1), nullptr);
+    ASSERT_NE(graph.Render().GetImage(), nullptr);
     EXPECT_EQ(log.lines.front(), "Texture.dll ImageRender3DTextureNode::Evaluate - start");
     EXPECT_EQ(log.lines.back(), "Texture.dll ImageRender3DTextureNode::Evaluate - finish");
     EXPECT_TRUE(std::any_of(log.lines.begin(), log.lines.end(), [](const std::string& line) {

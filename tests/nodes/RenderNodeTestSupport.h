@@ -1,16 +1,13 @@
 #pragma once
 
 // Shared by the render node tests: a node publishing a module the test owns, a probe texture
-// whose colour is the point it is sampled at, OBJ files written to a temporary folder, and a
-// local engine holding a source node linked to the render node under test.
+// whose colour is the point it is sampled at, OBJ models, a log capture and a local engine
+// holding a source node linked to the render node under test.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
-#include <filesystem>
-#include <fstream>
 #include <memory>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -26,12 +23,8 @@ namespace rendertest {
 
 /// True when `line` is `prefix` followed by a whole number of milliseconds and " ms".
 inline bool IsTimingLine(const std::string& line, const std::string& prefix) {
-    if (line.rfind(prefix, 0) != 0 || line.size() <= prefix.size() + 3 ||
-        line.compare(line.size() - 3, 3, " ms") != 0)
-        return false;
-    const std::string number = line.substr(prefix.size(), line.size() - prefix.size() - 3);
-    return std::all_of(number.begin(), number.end(),
-                       [](unsigned char c) { return std::isdigit(c) != 0; });
+    return line.starts_with(prefix) &&
+           std::regex_match(line.substr(prefix.size()), std::regex("[0-9]+ ms"));
 }
 
 /// Output 0 "texture": whatever module the test hands it (borrowed), null by default.
@@ -66,31 +59,6 @@ private:
             return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
         }
     };
-};
-
-/// A folder of its own under the system's temporary folder, removed with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        mPath = std::filesystem::temp_directory_path() /
-                ("render-node-test-" + std::string(info->test_suite_name()) + "-" + info->name());
-        std::filesystem::remove_all(mPath);
-        std::filesystem::create_directories(mPath);
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(mPath, ignored);
-    }
-    /// Writes `text` to `name` in the folder and returns the file's path.
-    std::string Write(const std::string& name, const std::string& text) const {
-        const std::filesystem::path file = mPath / name;
-        std::ofstream(file) << text;
-        return file.string();
-    }
-
-private:
-    std::filesystem::path mPath;
 };
 
 /// The unit square at z = 0 with UVs equal to its positions: every pixel centre of a render
