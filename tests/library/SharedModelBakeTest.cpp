@@ -1,7 +1,7 @@
 // Perlin bakes through the Render 3D node onto every test model: pixels whose centre lies
-// inside a UV triangle carry the texture at that triangle's surface point, pixels outside every
-// triangle stay clear, and the padded gallery documents of tests/data cover their UV layouts.
-// Models only the shared data folder holds are skipped when it is absent.
+// inside a UV triangle carry the texture at that triangle's surface point, and pixels outside
+// every triangle stay clear. Models only the shared data folder holds are skipped when it is
+// absent.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -243,46 +242,5 @@ INSTANTIATE_TEST_SUITE_P(Models, SharedModelBakeTest,
                              std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
-
-/// A gallery document of tests/data and the share of the unit square its UV layout covers.
-struct GalleryBake {
-    std::string document;
-    double uvCoverage;
-    bool needsSharedData = false;
-
-    friend void PrintTo(const GalleryBake& bake, std::ostream* out) { *out << bake.document; }
-};
-
-class GalleryBakeTest : public ::testing::TestWithParam<GalleryBake>, public BakeFixture {};
-
-TEST_P(GalleryBakeTest, PaddedBakeCoversTheUvLayoutWithTheTextureAndLeavesTheRestClear) {
-    // The documents name their models relative to themselves, as users write them.
-    const fs::path folder = fs::path(TEXTURE_SOURCE_DIR) / "tests" / "data";
-    if (GetParam().needsSharedData && !fs::exists(folder / "../../../shared/data/models"))
-        GTEST_SKIP() << "no shared data folder beside the checkout";
-    const Image* image = Bake(folder / GetParam().document);
-    ASSERT_NE(image, nullptr);
-    const int pixels = image->GetSizeX() * image->GetSizeY();
-    int covered = 0;
-    std::set<float> reds;
-    for (int i = 0; i < pixels; ++i) {
-        const float* pixel = image->GetConstArray() + i * image->GetNumChannels();
-        if (pixel[3] > 0.0f) {
-            ++covered;
-            reds.insert(pixel[0]);
-        } else {
-            EXPECT_EQ(pixel[0] + pixel[1] + pixel[2], 0.0f) << "uncovered pixel " << i;
-        }
-    }
-    const double share = static_cast<double>(covered) / pixels;
-    EXPECT_GE(share, GetParam().uvCoverage) << "covered share " << share;
-    EXPECT_LT(share, 1.0) << "every pixel covered: the layout was not followed";
-    EXPECT_GT(reds.size(), 100u) << "the baked pixels do not vary like the texture";
-}
-
-INSTANTIATE_TEST_SUITE_P(Documents, GalleryBakeTest,
-                         ::testing::Values(GalleryBake{"bake-spot.texture.json", 0.45},
-                                           GalleryBake{"bake-fox.texture.json", 0.2, true},
-                                           GalleryBake{"bake-uv-sphere.texture.json", 0.85}));
 
 }  // namespace

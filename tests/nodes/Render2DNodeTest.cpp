@@ -14,7 +14,7 @@
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
-#include "tests/nodes/RenderNodeTestSupport.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 

@@ -60,8 +60,6 @@ TEST(TextureImageNode, WithoutPictureOffersOpaqueBlackWithTheTiling) {
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(module->getTable(), nullptr);
     EXPECT_EQ(module->getFlags(), 0u);
-    for (double x : {-3.0, 0.5, 7.25})
-        EXPECT_TRUE(Equal(Sample(*module, x, 0.5 - x, 1.0), 0.0f, 0.0f, 0.0f, 1.0f)) << x;
 
     graph.Set(graph.node, "tile_x", NodeValue::Bool(true));
     EXPECT_EQ(graph.Module()->getFlags(), noisepp::ImageModule::kRepeatX);
@@ -96,23 +94,6 @@ TEST(TextureImageNode, TableHoldsRunningSumsAndPixelsComeBack) {
                 << "pixel " << i << ", " << j;
         }
     }
-}
-
-TEST(TextureImageNode, SinglePixelFillsTheUnitSquareAndTilesOnRequest) {
-    ImageGraph graph;
-    const float pixel[4] = {0.25f, 0.5f, 0.75f, 0.5f};
-    graph.Show(new Image(1, 1, Image::kFloatRgbo, pixel));
-    graph.Plug();
-    const noisepp::ImageModule* module = graph.Module();
-    for (double x : {0.0, 0.3, 1.0})
-        EXPECT_TRUE(Equal(Sample(*module, x, 1.0 - x, 4.0), 0.25f, 0.5f, 0.75f, 0.5f)) << x;
-    EXPECT_TRUE(Equal(Sample(*module, 1.25, 0.5, 0.0), 0.0f, 0.0f, 0.0f, 0.0f));
-    EXPECT_TRUE(Equal(Sample(*module, 0.5, -0.5, 0.0), 0.0f, 0.0f, 0.0f, 0.0f));
-
-    graph.Set(graph.node, "tile_x", NodeValue::Bool(true));
-    graph.Set(graph.node, "tile_y", NodeValue::Bool(true));
-    module = graph.Module();
-    EXPECT_TRUE(Equal(Sample(*module, 1.25, -0.5, 0.0), 0.25f, 0.5f, 0.75f, 0.5f));
 }
 
 TEST(TextureImageNode, KeepsTheLastPictureAndDropsItOnlyWhenDisabledWithOne) {

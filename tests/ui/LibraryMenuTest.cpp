@@ -137,21 +137,6 @@ bool IsLogarithmic(const QNodeAttributesWidget& page, unsigned attributeId) {
     return spinner != nullptr && spinner->isLogarithmic();
 }
 
-TEST(AttributesPage, OnlyPageZeroExistsForEveryType) {
-    const unsigned count = Plugin().GetPluginInterfaceCount();
-    ASSERT_EQ(count, 26u);
-    for (unsigned i = 0; i < count; ++i) {
-        NodeInterface* type = Plugin().GetNodeInterfaces()[i];
-        SCOPED_TRACE(type->GetTypeName());
-        std::unique_ptr<Node> node = NewNode(type);
-        ASSERT_NE(node, nullptr);
-        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, 1), nullptr);
-        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, -1), nullptr);
-        std::unique_ptr<QWidget> page(type->CreateAttributesWidget(node.get(), nullptr, 0));
-        EXPECT_NE(page, nullptr);
-    }
-}
-
 TEST(AttributesPage, RowsShowTheirAttributesHintsAndDescriptions) {
     // The presentation users know: these rows drag logarithmically, these carry a label.
     const std::set<std::pair<std::string, unsigned>> frequencies = {{"Perlin Texture", 0},
