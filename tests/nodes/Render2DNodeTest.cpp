@@ -1,5 +1,5 @@
 // Render 2D Texture node: bit-for-bit agreement with the plane builder (float bounds, the
-// minimum range, plain and seamless, the host's size and windows), frame rounding, opaque black
+// minimum range, plain and seamless, the host's size and windows), opaque black
 // without a texture, releasing and sharing the image, log lines, worker threads.
 
 #include <gtest/gtest.h>
@@ -118,29 +118,6 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     graph.engine.SetRenderOptions(options);
     graph.engine.MarkDirty(graph.render);
     EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";
-}
-
-TEST_F(Render2DNodeTest, RoundsTheFrameHalfDown) {
-    graph.SetTexture(&perlin);
-    struct Case {
-        Frame frame;
-        int pinX, pinY, width, height;
-    };
-    const Case cases[] = {
-        {{0, 0, 512.5, 512.6}, 0, 0, 512, 513},
-        {{10.5, -2.5, 3.4, 2.51}, 10, -3, 3, 3},
-        {{-0.6, 7.49, 1.5, 0.6}, -1, 7, 1, 1},
-    };
-    for (const Case& c : cases) {
-        graph.Set("frame", NodeValue::FromFrame(c.frame));
-        const NodeValue output = graph.Render();
-        const Image* image = output.GetImage();
-        ASSERT_NE(image, nullptr);
-        EXPECT_EQ(image->GetSizeX(), c.width) << c.frame.sizeX;
-        EXPECT_EQ(image->GetSizeY(), c.height) << c.frame.sizeY;
-        EXPECT_EQ(image->GetPinX(), c.pinX) << c.frame.positionX;
-        EXPECT_EQ(image->GetPinY(), c.pinY) << c.frame.positionY;
-    }
 }
 
 TEST_F(Render2DNodeTest, IsOpaqueBlackWithoutATextureAndEmptyOnlyWithoutOne) {

@@ -212,17 +212,30 @@ TEST_F(Render3DNodeTest, DrivingImagesOfAnotherSizeAreDroppedWithAWarning) {
     }
 }
 
-TEST_F(Render3DNodeTest, RoundsTheFrameHalfDownAndPinsTheImage) {
-    graph.Set("frame", NodeValue::FromFrame(Frame{-2.5, 3.5, 2.5, 2.6}));
+TEST_F(Render3DNodeTest, BothRenderNodesRoundTheFrameHalfDownAndPinTheImage) {
+    RenderGraph<ImageRender2DTextureNode> plane;
+    plane.SetTexture(&probe);
     graph.Set("samples", NodeValue::Number(2.5));  // 2 x 2 samples: must still render
-    const NodeValue output = graph.Render();
-    const Image* image = output.GetImage();
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->GetSizeX(), 2);
-    EXPECT_EQ(image->GetSizeY(), 3);
-    EXPECT_EQ(image->GetPinX(), -3);
-    EXPECT_EQ(image->GetPinY(), 3);
-    EXPECT_NEAR(image->GetConstArray()[0], 0.25, 1e-5) << "pixel 0 spans u 0 to 0.5";
+    const auto expectImage = [](auto& graph, Frame frame, int pinX, int pinY, int width,
+                                int height) {
+        graph.Set("frame", NodeValue::FromFrame(frame));
+        const NodeValue output = graph.Render();
+        const Image* image = output.GetImage();
+        ASSERT_NE(image, nullptr) << graph.render->GetTypeName();
+        EXPECT_EQ(image->GetSizeX(), width) << frame.sizeX;
+        EXPECT_EQ(image->GetSizeY(), height) << frame.sizeY;
+        EXPECT_EQ(image->GetPinX(), pinX) << frame.positionX;
+        EXPECT_EQ(image->GetPinY(), pinY) << frame.positionY;
+    };
+    for (const auto& [frame, pinX, pinY, width, height] :
+         {std::tuple{Frame{0, 0, 512.5, 512.6}, 0, 0, 512, 513},
+          std::tuple{Frame{10.5, -2.5, 3.4, 2.51}, 10, -3, 3, 3},
+          std::tuple{Frame{-0.6, 7.49, 1.5, 0.6}, -1, 7, 1, 1},
+          std::tuple{Frame{-2.5, 3.5, 2.5, 2.6}, -3, 3, 2, 3}}) {
+        expectImage(plane, frame, pinX, pinY, width, height);
+        expectImage(graph, frame, pinX, pinY, width, height);
+    }
+    EXPECT_NEAR(graph.Pixels()[0], 0.25, 1e-5) << "pixel 0 spans u 0 to 0.5";
 }
 
 TEST_F(Render3DNodeTest, BothRenderNodesRefuseImagesLargerThanTheHostAllows) {
