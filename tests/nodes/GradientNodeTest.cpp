@@ -1,4 +1,5 @@
-// Covers the Texture Gradient node's stops from its own gradient and from an image, and undo.
+// Covers the Texture Gradient node's stops from its own gradient (ordered) and from an image,
+// and undo.
 
 #include <gtest/gtest.h>
 
@@ -69,19 +70,6 @@ protected:
     TextureGradientNode* node = nullptr;
 };
 
-TEST_F(GradientNodeTest, OrdersItsOwnStopsAndKeepsTheirInterpolation) {
-    VertexGradient gradient;
-    gradient.interpolation = VertexGradient::kSmooth;
-    gradient.vertices = {
-        {0.7, {0.1, 0.2, 0.3, 0.4}}, {0.2, {0.9, 0.8, 0.7, 1.0}}, {1.0, {0.0, 0.5, 1.0, 0.25}}};
-    GradientNode::SetGradient(node, gradient);
-    EXPECT_TRUE(graph.engine.IsDirty(node)) << "a new gradient asks for a new evaluation";
-    expectStops({{0.2f, {0.9f, 0.8f, 0.7f, 1.0f}},
-                 {0.7f, {0.1f, 0.2f, 0.3f, 0.4f}},
-                 {1.0f, {0.0f, 0.5f, 1.0f, 0.25f}}},
-                ColorGradient::kSmooth);
-}
-
 TEST_F(GradientNodeTest, TakesAStopPerImageColumnOfTheBottomRowAtFloatPositions) {
     // Column x of a W-pixel image sits at x * (1 / W) in float arithmetic; for W = 7 and
     // x = 3 that differs from 3 / 7 rounded to float.
@@ -96,22 +84,29 @@ TEST_F(GradientNodeTest, TakesAStopPerImageColumnOfTheBottomRowAtFloatPositions)
     expectStops(expected, ColorGradient::kLinear);
 }
 
-TEST_F(GradientNodeTest, PrefersTheImageToItsOwnGradientUntilTheImageGoes) {
+TEST_F(GradientNodeTest, PrefersTheImageToItsOwnOrderedStopsUntilTheImageGoes) {
     VertexGradient own;
-    own.interpolation = VertexGradient::kStep;
-    own.vertices = {{0.0, {0, 0, 1, 1}}, {0.5, {0, 1, 0, 1}}, {1.0, {1, 0, 0, 1}}};
+    own.interpolation = VertexGradient::kSmooth;
+    own.vertices = {
+        {0.7, {0.1, 0.2, 0.3, 0.4}}, {0.2, {0.9, 0.8, 0.7, 1.0}}, {1.0, {0.0, 0.5, 1.0, 0.25}}};
     GradientNode::SetGradient(node, own);
+    EXPECT_TRUE(graph.engine.IsDirty(node)) << "a new gradient asks for a new evaluation";
     connectImage({{0.25f, 0.25f, 0.25f, 1}, {0.5f, 0.5f, 0.5f, 1}, {1, 1, 1, 1}, {0, 0, 0, 1}});
     // Image stops follow the node's interpolation too.
     expectStops({{0.0f, {0.25f, 0.25f, 0.25f, 1}},
                  {0.25f, {0.5f, 0.5f, 0.5f, 1}},
                  {0.5f, {1, 1, 1, 1}},
                  {0.75f, {0, 0, 0, 1}}},
-                ColorGradient::kStep);
+                ColorGradient::kSmooth);
 
     graph.engine.Disconnect(node, node->FindInplug("gradient"));
-    expectStops({{0.0f, {0, 0, 1, 1}}, {0.5f, {0, 1, 0, 1}}, {1.0f, {1, 0, 0, 1}}},
-                ColorGradient::kStep);
+    const std::vector<ExpectedStop> ordered = {{0.2f, {0.9f, 0.8f, 0.7f, 1.0f}},
+                                               {0.7f, {0.1f, 0.2f, 0.3f, 0.4f}},
+                                               {1.0f, {0.0f, 0.5f, 1.0f, 0.25f}}};
+    expectStops(ordered, ColorGradient::kSmooth);
+    own.interpolation = VertexGradient::kStep;
+    GradientNode::SetGradient(node, own);
+    expectStops(ordered, ColorGradient::kStep);
 
     graph.engine.Disconnect(node, node->FindInplug("texture"));
     connectImage({{1, 1, 1, 1}});

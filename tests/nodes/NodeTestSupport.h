@@ -1,20 +1,19 @@
 #pragma once
 
 // Shared by the node tests: a local engine that adds and links nodes, sets attributes and
-// hands back the module a node published, and a bit-for-bit comparison of two module trees.
+// hands back the module a node published, a node offering a test's image, and a sampler.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <sstream>
+#include <regex>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/Engine.h"
 #include "host/Image.h"
+#include "host/Log.h"
 #include "host/Node.h"
 #include "noisepp/core/Module.h"
 #include "noisepp/core/Pipeline.h"
@@ -47,25 +46,11 @@ public:
             << node->GetTypeName() << " attribute " << attributeId << ": " << error;
     }
 
-    /// Sets attributes by name from "name=value name=value ...": numbers, true or false,
-    /// "#index" for a choice, "r,g,b,o" for a colour.
-    void Configure(Node* node, const std::string& settings) {
-        std::istringstream stream(settings);
-        for (std::string item; stream >> item;) {
-            const std::size_t equals = item.find('=');
-            const std::string name = item.substr(0, equals), text = item.substr(equals + 1);
-            const Attribute* attribute = node->FindAttribute(name);
-            ASSERT_NE(attribute, nullptr) << node->GetTypeName() << " has no " << name;
-            NodeValue value = NodeValue::Number(std::atof(text.c_str()));
-            if (text == "true" || text == "false")
-                value = NodeValue::Bool(text == "true");
-            else if (text[0] == '#')
-                value = NodeValue::Choice(std::atoi(text.c_str() + 1), "");
-            else if (Rgbo c; std::sscanf(text.c_str(), "%lf,%lf,%lf,%lf", &c.red, &c.green, &c.blue,
-                                         &c.opacity) == 4)
-                value = NodeValue::Color(c);
-            Set(node, attribute->GetId(), value);
-        }
+    /// Sets the attribute named `name`.
+    void Set(Node* node, const std::string& name, const NodeValue& value) {
+        const Attribute* attribute = node->FindAttribute(name);
+        ASSERT_NE(attribute, nullptr) << node->GetTypeName() << " has no " << name;
+        Set(node, attribute->GetId(), value);
     }
 
     /// Evaluates the node and returns the module on its outplug 0 (null when it built none).
@@ -122,34 +107,144 @@ inline noisepp::TextureColor Sample(const noisepp::Module& module, double x, dou
     return pipeline.getElement(id)->getValue(x, y, z);
 }
 
-/// Whether two module trees compile to elements giving bit-identical colours (NaN included)
-/// at a spread of points: both signs, lattice points, fractions and far-away points.
-inline ::testing::AssertionResult SameTexture(const noisepp::Module& actual,
-                                              const noisepp::Module& expected) {
-    noisepp::Pipeline3D actualPipeline;
-    noisepp::Pipeline3D expectedPipeline;
-    const auto* a = actualPipeline.getElement(actual.addToPipeline(&actualPipeline));
-    const auto* e = expectedPipeline.getElement(expected.addToPipeline(&expectedPipeline));
-    const double coordinates[] = {-7.31, -1.0, -0.37, 0.0, 0.11, 0.5, 0.73, 1.0, 2.49, 13.7};
-    for (double x : coordinates) {
-        for (double y : coordinates) {
-            const double z = x * 0.37 - y * 0.21;
-            const noisepp::TextureColor got = a->getValue(x, y, z);
-            const noisepp::TextureColor want = e->getValue(x, y, z);
-            if (std::memcmp(&got, &want, sizeof got) != 0)
-                return ::testing::AssertionFailure()
-                       << "at (" << x << ", " << y << ", " << z << ") got (" << got.red << ", "
-                       << got.green << ", " << got.blue << ", " << got.opacity << "), want ("
-                       << want.red << ", " << want.green << ", " << want.blue << ", "
-                       << want.opacity << ")";
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
-
-/// A number as every module parameter receives it: through a 32-bit float.
-inline double AsFloat(double value) {
-    return static_cast<double>(static_cast<float>(value));
-}
-
 }  // namespace gentest
+
+// The render nodes' tests: a node publishing a module the test owns, a probe texture whose
+// colour is the point it is sampled at, OBJ models, a log capture and a local engine holding a
+// source node linked to the render node under test.
+namespace rendertest {
+
+/// True when `line` is `prefix` followed by a whole number of milliseconds and " ms".
+inline bool IsTimingLine(const std::string& line, const std::string& prefix) {
+    return line.starts_with(prefix) &&
+           std::regex_match(line.substr(prefix.size()), std::regex("[0-9]+ ms"));
+}
+
+/// Output 0 "texture": whatever module the test hands it (borrowed), null by default.
+class ModuleSourceNode : public Node {
+public:
+    ModuleSourceNode() {
+        mOutputs.push_back({0, kTexturePlug, "texture", 0});
+        UpdateInplugsAndOutplugs();
+    }
+    NodeType GetNodeType() const override { return {99, 2, 1}; }
+    std::string GetTypeName() const override { return "Test Module Source"; }
+    void Evaluate(unsigned, Value**) override {}
+    TextureHandle* GetOutputTexture(unsigned index) override {
+        return index == 0 ? new TextureHandle(module) : nullptr;
+    }
+
+    noisepp::Module* module = nullptr;
+};
+
+/// The colour at (x, y, z) is (x, y, z, 1): a render shows where it sampled the texture.
+class ProbeModule : public noisepp::Module {
+public:
+    ProbeModule() : Module(0) {}
+    std::size_t addToPipeline(noisepp::Pipeline3D* pipeline) const override {
+        return pipeline->addElement(this, new Element());
+    }
+    int getType() const override { return -1; }
+
+private:
+    struct Element : noisepp::PipelineElement3D {
+        noisepp::TextureColor getValue(double x, double y, double z) const override {
+            return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
+        }
+    };
+};
+
+/// The unit square at z = 0 with UVs equal to its positions: every pixel centre of a render
+/// lies on the surface point with the same x and y as its UV.
+inline const char* const kUnitQuadObj =
+    "o quad\n"
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+    "f 1/1 2/2 3/3\nf 1/1 3/3 4/4\n";
+
+/// The lower-right half of the unit square only (u >= v), UVs equal to positions.
+inline const char* const kHalfQuadObj =
+    "o half\n"
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\n"
+    "f 1/1 2/2 3/3\n";
+
+/// Collects log lines while alive (every level shown), then restores the default sink.
+class LogCapture {
+public:
+    LogCapture() : mLevel(Log::GetLevel()) {
+        Log::SetLevel(Log::Level::kTrace);
+        Log::SetSink([this](Log::Level, const std::string& line) { lines.push_back(line); });
+    }
+    ~LogCapture() {
+        Log::SetSink(nullptr);
+        Log::SetLevel(mLevel);
+    }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    std::vector<std::string> lines;
+
+private:
+    Log::Level mLevel;
+};
+
+/// A local engine with a ModuleSourceNode "source" linked to a render node "render".
+template <class RenderNode>
+class RenderGraph {
+public:
+    RenderGraph() {
+        source = static_cast<ModuleSourceNode*>(
+            engine.AddNode(std::make_unique<ModuleSourceNode>(), "source"));
+        render = static_cast<RenderNode*>(engine.AddNode(std::make_unique<RenderNode>(), "render"));
+        std::string error;
+        EXPECT_TRUE(engine.Connect(source, 0, render,
+                                   static_cast<unsigned>(render->FindInplug("texture")), &error))
+            << error;
+    }
+
+    /// Publishes `module` (borrowed) from the source node; null publishes no texture.
+    void SetTexture(noisepp::Module* module) {
+        source->module = module;
+        engine.MarkDirty(source);
+    }
+
+    void Set(const std::string& attribute, const NodeValue& value) {
+        const Attribute* found = render->FindAttribute(attribute);
+        ASSERT_NE(found, nullptr) << attribute;
+        std::string error;
+        EXPECT_TRUE(engine.SetAttributeValue(render, found->GetId(), value, &error)) << error;
+    }
+
+    /// Links an image node's output 0 to the render node's inplug `inplug`.
+    void ConnectImage(Node* from, const std::string& inplug) {
+        std::string error;
+        EXPECT_TRUE(engine.Connect(from, 0, render,
+                                   static_cast<unsigned>(render->FindInplug(inplug)), &error))
+            << error;
+    }
+
+    /// Evaluates the render node and returns the value on its image outplug (holding a
+    /// reference to the image, if any).
+    NodeValue Render() {
+        engine.EvaluateNode(render);
+        return engine.GetOutputValue(render, 0);
+    }
+
+    /// The float pixels of a render, empty when there is no image.
+    std::vector<float> Pixels() {
+        const NodeValue value = Render();
+        const Image* image = value.GetImage();
+        if (image == nullptr)
+            return {};
+        const float* data = image->GetConstArray();
+        return {data, data + static_cast<std::size_t>(image->GetSizeX()) * image->GetSizeY() * 4};
+    }
+
+    Engine engine;
+    ModuleSourceNode* source = nullptr;
+    RenderNode* render = nullptr;
+};
+
+using gentest::ImageSourceNode;
+}  // namespace rendertest

@@ -1,11 +1,10 @@
-// Render 2D Texture node: frame rounding, the minimum range, the size limit,
-// opaque black without a texture, bit-for-bit agreement with the plane builder (plain and
-// seamless), seamless tiling, releasing and sharing the image, log lines.
+// Render 2D Texture node: bit-for-bit agreement with the plane builder (float bounds, the
+// minimum range, plain and seamless, the host's size and windows), opaque black
+// without a texture, releasing and sharing the image, log lines, worker threads.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -15,7 +14,7 @@
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
-#include "tests/nodes/RenderNodeTestSupport.h"
+#include "tests/nodes/NodeTestSupport.h"
 
 namespace {
 
@@ -54,22 +53,33 @@ protected:
     RenderGraph<ImageRender2DTextureNode> graph;
 };
 
-TEST_F(Render2DNodeTest, MatchesThePlaneBuilderWithCoordinatesNarrowedToFloat) {
+TEST_F(Render2DNodeTest, MatchesThePlaneBuilderOverFloatBoundsWithAMinimumRange) {
     graph.SetTexture(&perlin);
     SetFrame(0, 0, 40, 24);
-    graph.Set("start_x", NodeValue::Number(0.1));
-    graph.Set("start_y", NodeValue::Number(-1.7));
-    graph.Set("start_z", NodeValue::Number(0.3));
-    graph.Set("range", NodeValue::FromPoint(Point{2.3, 1.1}));
-    const float startX = 0.1f;
-    const float startY = -1.7f;
-    const std::vector<float> expected =
-        BuilderPixels(perlin, 40, 24, startX, startY, startX + 2.3f, startY + 1.1f, 0.3f, false);
-    EXPECT_EQ(graph.Pixels(), expected);
-
-    // Kept in double, the same rectangle samples other points.
-    EXPECT_NE(graph.Pixels(),
-              BuilderPixels(perlin, 40, 24, 0.1, -1.7, 0.1 + 2.3, -1.7 + 1.1, 0.3, false));
+    struct Case {
+        double startX, startY, startZ;
+        Point range;
+        double upperX, upperY;  // the bounds the node must reach, in float arithmetic
+    };
+    const Case cases[] = {
+        {0.1, -1.7, 0.3, {2.3, 1.1}, 0.1f + 2.3f, -1.7f + 1.1f},
+        {0.5, 0.25, 0.0, {0, 0}, 0.5f + 0.001f, 0.25f + 0.001f},
+        {0.5, 0.25, 0.0, {3, 0.0005}, 3.5, 0.25f + 0.001f},
+    };
+    for (const Case& c : cases) {
+        graph.Set("start_x", NodeValue::Number(c.startX));
+        graph.Set("start_y", NodeValue::Number(c.startY));
+        graph.Set("start_z", NodeValue::Number(c.startZ));
+        graph.Set("range", NodeValue::FromPoint(c.range));
+        EXPECT_EQ(graph.Pixels(), BuilderPixels(perlin, 40, 24, static_cast<float>(c.startX),
+                                                static_cast<float>(c.startY), c.upperX, c.upperY,
+                                                static_cast<float>(c.startZ), false))
+            << c.range.x << " x " << c.range.y;
+        EXPECT_EQ(graph.render->GetState(), Node::kStateOk);
+    }
+    // Kept in double, the first rectangle samples other points.
+    EXPECT_NE(BuilderPixels(perlin, 40, 24, 0.1, -1.7, 0.1 + 2.3, -1.7 + 1.1, 0.3, false),
+              BuilderPixels(perlin, 40, 24, 0.1f, -1.7f, 0.1f + 2.3f, -1.7f + 1.1f, 0.3f, false));
 }
 
 TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
@@ -110,84 +120,28 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";
 }
 
-TEST_F(Render2DNodeTest, RoundsTheFrameHalfDown) {
-    graph.SetTexture(&perlin);
-    struct Case {
-        Frame frame;
-        int pinX, pinY, width, height;
-    };
-    const Case cases[] = {
-        {{0, 0, 512.5, 512.6}, 0, 0, 512, 513},
-        {{10.5, -2.5, 3.4, 2.51}, 10, -3, 3, 3},
-        {{-0.6, 7.49, 1.5, 0.6}, -1, 7, 1, 1},
-    };
-    for (const Case& c : cases) {
-        graph.Set("frame", NodeValue::FromFrame(c.frame));
-        const NodeValue output = graph.Render();
-        const Image* image = output.GetImage();
-        ASSERT_NE(image, nullptr);
-        EXPECT_EQ(image->GetSizeX(), c.width) << c.frame.sizeX;
-        EXPECT_EQ(image->GetSizeY(), c.height) << c.frame.sizeY;
-        EXPECT_EQ(image->GetPinX(), c.pinX) << c.frame.positionX;
-        EXPECT_EQ(image->GetPinY(), c.pinY) << c.frame.positionY;
-    }
-}
-
-TEST_F(Render2DNodeTest, KeepsAMinimumRangeOfOneThousandth) {
-    graph.SetTexture(&perlin);
-    SetFrame(0, 0, 16, 8);
-    graph.Set("start_x", NodeValue::Number(0.5));
-    graph.Set("start_y", NodeValue::Number(0.25));
-    graph.Set("range", NodeValue::FromPoint(Point{0, 0}));
-    EXPECT_EQ(graph.Pixels(),
-              BuilderPixels(perlin, 16, 8, 0.5, 0.25, 0.5f + 0.001f, 0.25f + 0.001f, 0.0, false));
-    graph.Set("range", NodeValue::FromPoint(Point{3, 0.0005}));
-    EXPECT_EQ(graph.Pixels(),
-              BuilderPixels(perlin, 16, 8, 0.5, 0.25, 3.5, 0.25f + 0.001f, 0.0, false));
-    EXPECT_EQ(graph.render->GetState(), Node::kStateOk);
-}
-
-TEST_F(Render2DNodeTest, RefusesImagesLargerThanTheHostAllows) {
-    graph.SetTexture(&perlin);
-    Image::SetMaxSize(64, 32);
-    SetFrame(0, 0, 64, 32);
-    EXPECT_NE(graph.Render().GetImage(), nullptr) << "the maximum size itself is allowed";
-    for (const Frame frame : {Frame{0, 0, 65, 32}, Frame{0, 0, 64, 33}}) {
-        graph.Set("frame", NodeValue::FromFrame(frame));
-        EXPECT_EQ(graph.Render().GetImage(), nullptr);
-        EXPECT_EQ(graph.render->GetOutputImage(0), nullptr);
-        EXPECT_EQ(graph.render->GetState(), Node::kStateError);
-        EXPECT_EQ(graph.render->GetStateMessage(),
-                  "Output image is larger than maximum image size.");
-    }
-    Image::SetMaxSize(16384, 16384);
-}
-
-TEST_F(Render2DNodeTest, IsOpaqueBlackWithoutATexture) {
+TEST_F(Render2DNodeTest, IsOpaqueBlackWithoutATextureAndEmptyOnlyWithoutOne) {
     SetFrame(5, 6, 7, 3);
     graph.SetTexture(nullptr);  // linked to a node that built nothing
     const NodeValue output = graph.Render();
-    const Image* image = output.GetImage();
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->GetPinX(), 5);
-    EXPECT_EQ(image->GetPinY(), 6);
+    ASSERT_NE(output.GetImage(), nullptr);
+    EXPECT_EQ(output.GetImage()->GetPinX(), 5);
+    EXPECT_EQ(output.GetImage()->GetPinY(), 6);
     std::vector<float> expected;
     for (int i = 0; i < 7 * 3; ++i)
         expected.insert(expected.end(), {0.0f, 0.0f, 0.0f, 1.0f});
     EXPECT_EQ(graph.Pixels(), expected);
-
     // Unlinked altogether, the same.
     graph.engine.Disconnect(graph.render,
                             static_cast<unsigned>(graph.render->FindInplug("texture")));
     EXPECT_EQ(graph.Pixels(), expected);
-}
 
-TEST_F(Render2DNodeTest, EmptySizesGiveAnEmptyImageWithoutTextureAndAnErrorWithOne) {
     SetFrame(0, 0, 0, 4);
     const NodeValue empty = graph.Render();
     ASSERT_NE(empty.GetImage(), nullptr);
     EXPECT_EQ(empty.GetImage()->GetSizeX(), 0);
-
+    graph.engine.Connect(graph.source, 0, graph.render,
+                         static_cast<unsigned>(graph.render->FindInplug("texture")));
     graph.SetTexture(&perlin);
     EXPECT_EQ(graph.Render().GetImage(), nullptr);
     EXPECT_EQ(graph.render->GetState(), Node::kStateError);
@@ -196,67 +150,29 @@ TEST_F(Render2DNodeTest, EmptySizesGiveAnEmptyImageWithoutTextureAndAnErrorWithO
         << graph.render->GetStateMessage();
 }
 
-TEST_F(Render2DNodeTest, SeamlessRenderingBlendsSoThatTheImageTiles) {
-    perlin.setFrequency(1.0);
-    graph.SetTexture(&perlin);
-    SetFrame(0, 0, 64, 64);
-    graph.Set("range", NodeValue::FromPoint(Point{2, 2}));
-    const std::vector<float> plain = graph.Pixels();
-    graph.Set("seamless", NodeValue::Bool(true));
-    const std::vector<float> seamless = graph.Pixels();
-    EXPECT_EQ(seamless, BuilderPixels(perlin, 64, 64, 0.0, 0.0, 2.0, 2.0, 0.0, true));
-
-    // Across the wrap (last column to first, top row to bottom) a tiling image changes no
-    // more than between neighbours inside it; the plain render jumps there.
-    auto red = [](const std::vector<float>& pixels, int x, int y) {
-        return pixels[(static_cast<std::size_t>(y) * 64 + x) * 4];
-    };
-    auto largestStep = [&](const std::vector<float>& pixels, bool acrossWrap) {
-        float largest = 0.0f;
-        for (int i = 0; i < 64; ++i) {
-            const float horizontal = acrossWrap ? red(pixels, 63, i) - red(pixels, 0, i)
-                                                : red(pixels, 31, i) - red(pixels, 32, i);
-            const float vertical = acrossWrap ? red(pixels, i, 63) - red(pixels, i, 0)
-                                              : red(pixels, i, 31) - red(pixels, i, 32);
-            largest = std::max({largest, std::abs(horizontal), std::abs(vertical)});
-        }
-        return largest;
-    };
-    const float inside = largestStep(seamless, false);
-    EXPECT_LE(largestStep(seamless, true), 2.0f * inside);
-    EXPECT_GT(largestStep(plain, true), 4.0f * largestStep(plain, false));
-}
-
-TEST_F(Render2DNodeTest, ReleasesItsImageOnTheReleaseEventWhileConsumersKeepTheirs) {
+TEST_F(Render2DNodeTest, LogsItsRenderAndReleasesItsImageWhileConsumersKeepTheirs) {
     graph.SetTexture(&perlin);
     SetFrame(0, 0, 8, 8);
+    const rendertest::LogCapture log;
     NodeValue kept = graph.Render();
+    ASSERT_GE(log.lines.size(), 2u);
+    EXPECT_EQ(log.lines.front(), "Texture.dll ImageRender2DTextureNode::Evaluate - start");
+    EXPECT_TRUE(rendertest::IsTimingLine(
+        log.lines.back(), "Texture.dll ImageRender2DTextureNode::Evaluate - Render image: "))
+        << log.lines.back();
+
     Image* image = kept.GetImage();
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(graph.render->GetOutputImage(0), image);
     EXPECT_EQ(graph.render->GetOutputImage(1), nullptr);
     EXPECT_EQ(graph.render->GetOutputTexture(0), nullptr);
     const int held = image->GetRefCount();  // the node, the engine's output and `kept`
-
     graph.render->ProcessEvent(NodeEvent::kInputsChanged, 0);
     EXPECT_EQ(graph.render->GetOutputImage(0), image) << "other events keep the image";
-
     graph.engine.ReleaseOutputs(graph.render);
     EXPECT_EQ(graph.render->GetOutputImage(0), nullptr);
     EXPECT_EQ(image->GetRefCount(), held - 2) << "the node and the engine let go";
     EXPECT_EQ(image->GetSizeX(), 8) << "a consumer's reference keeps the image alive";
-}
-
-TEST_F(Render2DNodeTest, LogsTheStartAndTheRenderTime) {
-    graph.SetTexture(&perlin);
-    SetFrame(0, 0, 4, 4);
-    const rendertest::LogCapture log;
-    graph.Render();
-    ASSERT_GE(log.lines.size(), 2u);
-    EXPECT_EQ(log.lines.front(), "Texture.dll ImageRender2DTextureNode::Evaluate - start");
-    EXPECT_TRUE(rendertest::IsTimingLine(
-        log.lines.back(), "Texture.dll ImageRender2DTextureNode::Evaluate - Render image: "))
-        << log.lines.back();
 }
 
 /// Records the threads that sample it.

@@ -67,24 +67,15 @@ QStringList ActionTexts(const QWidget& menu) {
     return texts;
 }
 
-TEST(LibraryMenu, NamesAndMenuEntriesInOrder) {
+TEST(LibraryMenu, NamedEntriesInOrderAndThePreviewOpensOneDialogUntilClose) {
     std::unique_ptr<LibraryInterface> library = NewLibrary();
     ASSERT_NE(library, nullptr);
     EXPECT_EQ(library->GetLibraryName(), "Texture");
     EXPECT_EQ(library->GetDisplayName(), "Texture");
-
+    library->Close();  // without a dialog: changes nothing
     QMenu menu;
     library->AddMenuActions(&menu);
     EXPECT_EQ(ActionTexts(menu), (QStringList{"Texture Preview", "About Texture Module"}));
-    library->RemoveMenuActions(&menu);
-    EXPECT_TRUE(menu.actions().isEmpty());
-}
-
-TEST(LibraryMenu, TexturePreviewOpensOneDialogUntilClose) {
-    std::unique_ptr<LibraryInterface> library = NewLibrary();
-    ASSERT_NE(library, nullptr);
-    QMenu menu;
-    library->AddMenuActions(&menu);
     QAction* preview = menu.actions().value(0);
     ASSERT_NE(preview, nullptr);
 
@@ -92,25 +83,14 @@ TEST(LibraryMenu, TexturePreviewOpensOneDialogUntilClose) {
     preview->trigger();
     preview->trigger();
     EXPECT_EQ(OpenPreviewDialogs(), 1);
-
     library->Close();
     EXPECT_EQ(OpenPreviewDialogs(), 0);
     preview->trigger();
     EXPECT_EQ(OpenPreviewDialogs(), 1);
     library->RemoveMenuActions(&menu);
+    EXPECT_TRUE(menu.actions().isEmpty());
     library.reset();  // the library object takes its dialog with it
     EXPECT_EQ(OpenPreviewDialogs(), 0);
-}
-
-TEST(LibraryMenu, CloseWithoutADialogChangesNothing) {
-    std::unique_ptr<LibraryInterface> library = NewLibrary();
-    ASSERT_NE(library, nullptr);
-    library->Close();
-    EXPECT_EQ(OpenPreviewDialogs(), 0);
-    QMenu menu;
-    library->AddMenuActions(&menu);
-    EXPECT_EQ(menu.actions().size(), 2);
-    library->RemoveMenuActions(&menu);
 }
 
 TEST(LibraryMenu, AboutBoxIsAModalInformationWithOneOkButton) {
@@ -118,8 +98,7 @@ TEST(LibraryMenu, AboutBoxIsAModalInformationWithOneOkButton) {
     ASSERT_NE(library, nullptr);
     QMenu menu;
     library->AddMenuActions(&menu);
-    QString title;
-    QString text;
+    QString title, text;
     int buttons = -1;
     bool okOnly = false;
     // The box blocks in its own event loop: inspect and dismiss it from there.
@@ -156,21 +135,6 @@ bool IsLogarithmic(const QNodeAttributesWidget& page, unsigned attributeId) {
     QWidget* row = page.GetRowWidget(attributeId);
     auto* spinner = row != nullptr ? row->findChild<QDragSpinner*>() : nullptr;
     return spinner != nullptr && spinner->isLogarithmic();
-}
-
-TEST(AttributesPage, OnlyPageZeroExistsForEveryType) {
-    const unsigned count = Plugin().GetPluginInterfaceCount();
-    ASSERT_EQ(count, 26u);
-    for (unsigned i = 0; i < count; ++i) {
-        NodeInterface* type = Plugin().GetNodeInterfaces()[i];
-        SCOPED_TRACE(type->GetTypeName());
-        std::unique_ptr<Node> node = NewNode(type);
-        ASSERT_NE(node, nullptr);
-        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, 1), nullptr);
-        EXPECT_EQ(type->CreateAttributesWidget(node.get(), nullptr, -1), nullptr);
-        std::unique_ptr<QWidget> page(type->CreateAttributesWidget(node.get(), nullptr, 0));
-        EXPECT_NE(page, nullptr);
-    }
 }
 
 TEST(AttributesPage, RowsShowTheirAttributesHintsAndDescriptions) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <QImage>
@@ -41,40 +42,40 @@ TEST_F(RenderPreviewTest, SamplesPixelCentresOfTheChosenRectangleAtFixedZ) {
     Node* node = AddNode(
         std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
         "probe");
-    Parameters parameters = ParametersFor(node);
-    parameters.startX = -2.0f;
-    parameters.startY = 3.0f;
-    parameters.rangeX = 4.0f;
-    parameters.rangeY = 8.0f;
-    parameters.fixedZ = 0.5f;
-    parameters.keepAspect = false;
-    std::vector<TextureColor> buffer(4 * 2);
-    ASSERT_TRUE(QRenderTextureThread::RenderPreview(parameters, 4, 2, buffer.data()));
-    // Cells one unit wide and four high; row 0 is the lowest y.
-    EXPECT_FLOAT_EQ(buffer[0].red, -1.5f);
-    EXPECT_FLOAT_EQ(buffer[0].green, 5.0f);
-    EXPECT_FLOAT_EQ(buffer[3].red, 1.5f);
-    EXPECT_FLOAT_EQ(buffer[4].green, 9.0f);
-    EXPECT_FLOAT_EQ(buffer[7].blue, 0.5f);
-}
-
-TEST_F(RenderPreviewTest, KeepAspectDerivesRangeYFromTheImageProportions) {
-    Node* node = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
-    Parameters parameters = ParametersFor(node);
-    parameters.rangeX = 2.0f;
-    parameters.rangeY = 50.0f;  // ignored while keep aspect is on
-    parameters.keepAspect = true;
-    const int width = 200;
-    const int height = 100;
-    std::vector<TextureColor> buffer(width * height);
-    ASSERT_TRUE(QRenderTextureThread::RenderPreview(parameters, width, height, buffer.data()));
-    // Range y is 1: square cells of 0.01, the top row centred at y = 0.995.
-    EXPECT_NEAR(buffer[0].red, 0.005f, 1e-6f);
-    EXPECT_NEAR(buffer[0].green, 0.005f, 1e-6f);
-    EXPECT_NEAR(buffer[(height - 1) * width].green, 0.995f, 1e-5f);
-    EXPECT_NEAR(buffer[width - 1].red, 1.995f, 1e-5f);
+    struct Case {
+        float startX, startY, rangeX, rangeY, fixedZ;
+        bool keepAspect;
+        int width, height;
+        int pixel;  // row 0 is the lowest y
+        TextureColor expected;
+    };
+    const Case cases[] = {
+        // Cells one unit wide and four high.
+        {-2, 3, 4, 8, 0.5f, false, 4, 2, 0, {-1.5f, 5.0f, 0.5f, 1}},
+        {-2, 3, 4, 8, 0.5f, false, 4, 2, 3, {1.5f, 5.0f, 0.5f, 1}},
+        {-2, 3, 4, 8, 0.5f, false, 4, 2, 4, {-1.5f, 9.0f, 0.5f, 1}},
+        {-2, 3, 4, 8, 0.5f, false, 4, 2, 7, {1.5f, 9.0f, 0.5f, 1}},
+        // Keep aspect ignores range y: 1 here, square cells of 0.01.
+        {0, 0, 2, 50, 0, true, 200, 100, 0, {0.005f, 0.005f, 0, 1}},
+        {0, 0, 2, 50, 0, true, 200, 100, 199, {1.995f, 0.005f, 0, 1}},
+        {0, 0, 2, 50, 0, true, 200, 100, 99 * 200, {0.005f, 0.995f, 0, 1}},
+    };
+    for (const Case& c : cases) {
+        Parameters parameters = ParametersFor(node);
+        std::tie(parameters.startX, parameters.startY, parameters.rangeX, parameters.rangeY) =
+            std::tuple{c.startX, c.startY, c.rangeX, c.rangeY};
+        parameters.fixedZ = c.fixedZ;
+        parameters.keepAspect = c.keepAspect;
+        std::vector<TextureColor> buffer(static_cast<std::size_t>(c.width) * c.height);
+        ASSERT_TRUE(
+            QRenderTextureThread::RenderPreview(parameters, c.width, c.height, buffer.data()));
+        const TextureColor& got = buffer[c.pixel];
+        SCOPED_TRACE(testing::Message()
+                     << "pixel " << c.pixel << " of " << c.width << " x " << c.height);
+        EXPECT_NEAR(got.red, c.expected.red, 1e-5f);
+        EXPECT_NEAR(got.green, c.expected.green, 1e-5f);
+        EXPECT_EQ(got.blue, c.expected.blue);
+    }
 }
 
 TEST_F(RenderPreviewTest, FailsWithoutTouchingTheBufferWhenThereIsNothingToRender) {

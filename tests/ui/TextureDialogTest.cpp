@@ -1,13 +1,16 @@
-// Covers: dialog widgets and defaults, keep aspect, compositing, node following, events, resizing.
+// Covers: dialog and gradient page widgets and defaults (recorded), keep aspect, compositing, node
+// following, events, resizing.
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QGroupBox>
 #include <QImage>
-#include <QLayout>
+#include <QLabel>
 #include <QPixmap>
 
 #include <gtest/gtest.h>
@@ -20,6 +23,7 @@
 #include "tests/ui/UiTestSupport.h"
 #include "ui/QPreviewWidget.h"
 #include "ui/QTextureDialog.h"
+#include "ui/QTextureGradientWidget.h"
 
 namespace {
 
@@ -63,49 +67,65 @@ protected:
     }
 };
 
-TEST_F(TextureDialogTest, SettingsHaveTheirNamesRangesAndDefaults) {
-    QTextureDialog dialog;
-    EXPECT_EQ(dialog.windowTitle(), "Texture Preview");
-    EXPECT_EQ(dialog.size(), QSize(396, 450));
-
-    auto* combo = Find<QComboBox>(dialog, "m_target_qcombo");
-    ASSERT_EQ(combo->count(), 2);
-    EXPECT_EQ(combo->itemText(0), "Active Texture");
-    EXPECT_EQ(combo->itemText(1), "Display Texture");
-    EXPECT_EQ(combo->currentIndex(), 0);
-
-    struct SpinnerRow {
-        const char* name;
-        double minimum, maximum, step, value;
-        int decimals;
-    };
-    for (const SpinnerRow& row : {SpinnerRow{"m_start_x_qspin", -1000, 1000, 0.1, 0, 1},
-                                  SpinnerRow{"m_start_y_qspin", -1000, 1000, 0.1, 0, 1},
-                                  SpinnerRow{"m_range_x_qspin", 0, 1000, 0.1, 1, 1},
-                                  SpinnerRow{"m_range_y_qspin", 0, 1000, 0.1, 1, 1},
-                                  SpinnerRow{"m_fixed_z_qspin", -1000, 1000, 0.1, 0, 1},
-                                  SpinnerRow{"m_background_size_qspin", 1, 256, 1, 5, 0}}) {
-        SCOPED_TRACE(row.name);
-        auto* spinner = Find<QDragSpinner>(dialog, row.name);
-        ASSERT_NE(spinner, nullptr);
-        EXPECT_DOUBLE_EQ(spinner->minimum(), row.minimum);
-        EXPECT_DOUBLE_EQ(spinner->maximum(), row.maximum);
-        EXPECT_DOUBLE_EQ(spinner->singleStep(), row.step);
-        EXPECT_DOUBLE_EQ(spinner->value(), row.value);
-        EXPECT_EQ(spinner->decimals(), row.decimals);
-        EXPECT_GE(spinner->minimumWidth(), 60);
+/// Every named widget and layout under `root`, in name order, with what a user sees of it.
+QString WidgetListing(const QWidget& root) {
+    QStringList lines{
+        QString("%1 %2 '%3' %4x%5 %6-%7 %8")
+            .arg(root.metaObject()->className(), root.objectName(), root.windowTitle())
+            .arg(root.width())
+            .arg(root.height())
+            .arg(root.minimumWidth())
+            .arg(root.maximumWidth())
+            .arg(root.isWindow() ? "window" : "embedded")};
+    for (const QObject* child : root.findChildren<QObject*>()) {
+        if (child->objectName().isEmpty() || child->objectName().startsWith("qt_"))
+            continue;
+        QString line = child->objectName() + " " + child->metaObject()->className();
+        if (const auto* spinner = qobject_cast<const QDoubleSpinBox*>(child))
+            line += QString(" %1..%2 step %3 value %4 decimals %5 width>=%6")
+                        .arg(spinner->minimum())
+                        .arg(spinner->maximum())
+                        .arg(spinner->singleStep())
+                        .arg(spinner->value())
+                        .arg(spinner->decimals())
+                        .arg(spinner->minimumWidth());
+        if (const auto* check = qobject_cast<const QCheckBox*>(child))
+            line += check->isChecked() ? " checked" : " unchecked";
+        if (const auto* combo = qobject_cast<const QComboBox*>(child))
+            for (int i = 0; i < combo->count(); ++i)
+                line += (i == combo->currentIndex() ? " [" : " ") + combo->itemText(i) +
+                        (i == combo->currentIndex() ? "]" : "");
+        if (const auto* button = qobject_cast<const QColorButton*>(child))
+            line += " " + button->color().name(QColor::HexArgb);
+        if (const auto* box = qobject_cast<const QGroupBox*>(child))
+            line += " " + box->title();
+        if (const auto* label = qobject_cast<const QLabel*>(child))
+            line += " " + label->text();
+        lines << line;
     }
-    EXPECT_TRUE(Find<QCheckBox>(dialog, "m_keep_aspect_qcheck")->isChecked());
-    EXPECT_FALSE(Find<QCheckBox>(dialog, "m_seamless_qcheck")->isChecked());
-    EXPECT_EQ(Find<QColorButton>(dialog, "m_background_a_qcolor")->color(),
-              QColor(255, 255, 255, 255));
-    EXPECT_EQ(Find<QColorButton>(dialog, "m_background_b_qcolor")->color(),
-              QColor(192, 192, 192, 255));
-    for (const char* name :
-         {"m_qvlayout", "m_preview_widget_qvlyaout", "m_qglayout", "m_target_qhlayout",
-          "m_fixed_z_qhlayout", "m_range_x_qhlayout", "m_range_y_qhlayout", "m_range_y_qhlayout_2"})
-        EXPECT_NE(dialog.findChild<QLayout*>(name), nullptr) << name;
-    EXPECT_EQ(dialog.findChild<QGroupBox*>("m_settings_qgroupbox")->title(), "Settings");
+    std::sort(lines.begin() + 1, lines.end());
+    return lines.join("\n") + "\n";
+}
+
+// The names, ranges, defaults and sizes of the preview dialog and the gradient page are
+// recorded in tests/golden/ui-widgets.txt. Run with TEXTURE_UPDATE_GOLDEN=1 to record them anew
+// after a deliberate change, and review the diff.
+TEST_F(TextureDialogTest, DialogAndGradientPageShowTheRecordedWidgets) {
+    const QTextureDialog dialog;
+    Engine engine;
+    Node* gradient = engine.AddNode(std::make_unique<uitest::ProbeGradientNode>(), "gradient");
+    const QTextureGradientWidget page(nullptr, gradient, nullptr);
+    QWidget host;
+    const QTextureGradientWidget embedded(&host, gradient, nullptr);
+    const QString listing = WidgetListing(dialog) + WidgetListing(page) + WidgetListing(embedded);
+    QFile golden(TEXTURE_SOURCE_DIR "/tests/golden/ui-widgets.txt");
+    if (qEnvironmentVariableIsSet("TEXTURE_UPDATE_GOLDEN")) {
+        ASSERT_TRUE(golden.open(QIODevice::WriteOnly));
+        golden.write(listing.toUtf8());
+        GTEST_SKIP() << "recorded " << golden.fileName().toStdString();
+    }
+    ASSERT_TRUE(golden.open(QIODevice::ReadOnly)) << golden.fileName().toStdString();
+    EXPECT_EQ(listing.toStdString(), QString::fromUtf8(golden.readAll()).toStdString());
 }
 
 TEST_F(TextureDialogTest, KeepAspectDisablesRangeYAndSettingsReachTheThread) {
@@ -202,32 +222,24 @@ TEST_F(TextureDialogTest, FollowsTheActiveOrTheDisplayNodeAsChosen) {
     EXPECT_EQ(dialog.GetTargetNode(), a);
 }
 
-TEST_F(TextureDialogTest, ChangesOfTheTargetNodeRenderAgain) {
+TEST_F(TextureDialogTest, ChangesOfTheTargetNodeRenderAgainUntilTheDialogGoes) {
     noisepp::ConstantModule* module = nullptr;
     Node* node = AddConstant("node", {1.0f, 0.0f, 0.0f, 1.0f}, &module);
     Manager::Get()->SetActiveNode(node);
-    QTextureDialog dialog;
-    dialog.show();
-    ASSERT_TRUE(WaitForPixel(dialog.GetPreviewWidget(), 0, 0, qRgb(255, 0, 0)));
-
+    auto dialog = std::make_unique<QTextureDialog>();
+    dialog->show();
+    ASSERT_TRUE(WaitForPixel(dialog->GetPreviewWidget(), 0, 0, qRgb(255, 0, 0)));
     {
         // The module is read under the engine's lock by the render thread.
         std::lock_guard lock(Engine::Get()->GetMutex());
         module->setColor({0.0f, 1.0f, 1.0f, 1.0f});
     }
     ASSERT_TRUE(Engine::Get()->SetAttributeValue(node, 0, NodeValue::Number(1.0)));
-    EXPECT_TRUE(WaitForPixel(dialog.GetPreviewWidget(), 0, 0, qRgb(0, 255, 255)));
-}
+    EXPECT_TRUE(WaitForPixel(dialog->GetPreviewWidget(), 0, 0, qRgb(0, 255, 255)));
 
-TEST_F(TextureDialogTest, DestroyedDialogNoLongerListensToItsNode) {
-    Node* node = AddConstant("node", {1.0f, 0.0f, 0.0f, 1.0f});
-    Manager::Get()->SetActiveNode(node);
-    auto dialog = std::make_unique<QTextureDialog>();
-    dialog->show();
     dialog.reset();
     // A listener left behind would be called here, inside freed memory.
     EXPECT_TRUE(Engine::Get()->SetAttributeValue(node, 0, NodeValue::Number(2.0)));
-    Manager::Get()->SetActiveNode(nullptr);
 }
 
 TEST_F(TextureDialogTest, PreviewShowsWaitingTextUntilTheFirstImageThenKeepsItWhileResizing) {
