@@ -12,18 +12,19 @@
 #include "host/Node.h"
 #include "host/NodeInterface.h"
 #include "host/PluginLoader.h"
-#include "tests/host/CliTestSupport.h"
+#include "tests/support/TempFolder.h"
 
-using hosttest::TempFolder;
-using hosttest::WriteText;
+using testsupport::TempFolder;
 
 namespace {
+
+const std::string kPlugin = TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so";
 
 class DocumentTest : public ::testing::Test {
 protected:
     void SetUp() override {
         std::string error;
-        ASSERT_TRUE(loader.Load(clitest::kPlugin, &error)) << error;
+        ASSERT_TRUE(loader.Load(kPlugin, &error)) << error;
     }
     void TearDown() override {
         engine.Clear();
@@ -83,7 +84,7 @@ void ExpectSameGraph(Engine& a, Engine& b) {
 TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
     std::filesystem::create_directories(scratch.Path() / "pictures");
     WritePng(scratch / "pictures/p.png", 1.0f);
-    WriteText(scratch / "a.texture.json", kGoodDocument);
+    scratch.Write("a.texture.json", kGoodDocument);
     Document document;
     std::string error;
     ASSERT_TRUE(document.Load(scratch / "a.texture.json", engine, loader, &error)) << error;
@@ -99,7 +100,7 @@ TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
     EXPECT_EQ(file, scratch / "pictures/p.png");
 
     ASSERT_TRUE(document.Save(scratch / "b.texture.json", engine, &error)) << error;
-    const std::string saved = hosttest::ReadText(scratch / "b.texture.json");
+    const std::string saved = testsupport::ReadFile(scratch / "b.texture.json");
     EXPECT_NE(saved.find("\"pictures/p.png\""), std::string::npos) << saved;
 
     Document reloaded;
@@ -111,7 +112,7 @@ TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
 }
 
 TEST_F(DocumentTest, ChoiceByIndexAndMeshlessDefaultsLoad) {
-    WriteText(scratch / "c.texture.json", R"({"format": "texture-graph", "version": 1,
+    scratch.Write("c.texture.json", R"({"format": "texture-graph", "version": 1,
       "nodes": [{"id": "f", "type": "Test Fill", "attributes": {"mode": 1}}]})");
     Document document;
     std::string error;
@@ -197,8 +198,7 @@ TEST_F(DocumentTest, BadDocumentsFailWithFileAndPlace) {
          {"node 'p' (Image File): attribute 'file'", "nope.png", "does not exist"}},
     };
     for (const BadDocument& bad : cases) {
-        const std::string path = scratch / "bad.texture.json";
-        WriteText(path, Wrap(bad.nodes, bad.links));
+        const std::string path = scratch.Write("bad.texture.json", Wrap(bad.nodes, bad.links));
         Document document;
         std::string error;
         EXPECT_FALSE(document.Load(path, engine, loader, &error)) << bad.name;
@@ -215,18 +215,18 @@ TEST_F(DocumentTest, MalformedJsonMissingModelAndWrongFormatAreNamed) {
     Document document;
     std::string error;
     const std::string path = scratch / "m.texture.json";
-    WriteText(path,
-              "{\n  \"format\": \"texture-graph\",\n  \"version\": 1,\n  \"nodes\": [ , ]\n}");
+    scratch.Write("m.texture.json",
+                  "{\n  \"format\": \"texture-graph\",\n  \"version\": 1,\n  \"nodes\": [ , ]\n}");
     EXPECT_FALSE(document.Load(path, engine, loader, &error));
     EXPECT_NE(error.find(path + ": line 4, column 14: malformed JSON"), std::string::npos) << error;
 
-    WriteText(path,
-              R"({"format": "texture-graph", "version": 1, "scene": {"models": ["m/x.obj"]}})");
+    scratch.Write("m.texture.json",
+                  R"({"format": "texture-graph", "version": 1, "scene": {"models": ["m/x.obj"]}})");
     EXPECT_FALSE(document.Load(path, engine, loader, &error));
     EXPECT_NE(error.find("scene.models[0]"), std::string::npos) << error;
     EXPECT_NE(error.find("x.obj' does not exist"), std::string::npos) << error;
 
-    WriteText(path, R"({"format": "picture", "version": 1})");
+    scratch.Write("m.texture.json", R"({"format": "picture", "version": 1})");
     EXPECT_FALSE(document.Load(path, engine, loader, &error));
     EXPECT_NE(error.find("\"format\""), std::string::npos) << error;
 
@@ -238,7 +238,7 @@ TEST_F(DocumentTest, SaveReplacesTheFileWholeAndAFailedSaveKeepsIt) {
     const std::string path = scratch / "keep.texture.json";
     const std::string link = scratch / "keep.link";
     const std::string original = "{\"old\": true}\n";
-    WriteText(path, original);
+    scratch.Write("keep.texture.json", original);
     // A second name for the old file's bytes: a save that rewrote the file in place would
     // change them, one that writes a new file and renames it over the target does not.
     std::filesystem::create_hard_link(path, link);
@@ -250,13 +250,13 @@ TEST_F(DocumentTest, SaveReplacesTheFileWholeAndAFailedSaveKeepsIt) {
     std::string error;
     EXPECT_FALSE(document.Save(path, engine, &error));
     EXPECT_NE(error.find(path + ": cannot save"), std::string::npos) << error;
-    EXPECT_EQ(hosttest::ReadText(path), original);
+    EXPECT_EQ(testsupport::ReadFile(path), original);
     EXPECT_FALSE(document.Save(scratch / "no/such/folder/x.texture.json", engine, &error));
 
     photo->FindAttribute("file")->SetValue(NodeValue::Text(""));
     ASSERT_TRUE(document.Save(path, engine, &error)) << error;
-    EXPECT_NE(hosttest::ReadText(path).find("Image File"), std::string::npos);
-    EXPECT_EQ(hosttest::ReadText(link), original);
+    EXPECT_NE(testsupport::ReadFile(path).find("Image File"), std::string::npos);
+    EXPECT_EQ(testsupport::ReadFile(link), original);
     int files = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(scratch.Path()))
         ++files;
@@ -266,7 +266,7 @@ TEST_F(DocumentTest, SaveReplacesTheFileWholeAndAFailedSaveKeepsIt) {
 TEST(PluginLoaderTest, CatalogueFindsTypesByBothNamesAndSuggestsCloseOnes) {
     PluginLoader loader;
     std::string error;
-    ASSERT_TRUE(loader.Load(clitest::kPlugin, &error)) << error;
+    ASSERT_TRUE(loader.Load(kPlugin, &error)) << error;
     ASSERT_EQ(loader.GetPluginInterfaceCount(), 2u);
     ASSERT_EQ(loader.GetNodeInterfaces().size(), 3u);  // the host's Image File comes last
     EXPECT_EQ(loader.GetNodeInterfaces()[2]->GetTypeName(), "Image File");

@@ -190,7 +190,7 @@ TEST(SceneLoader, CacheKeepsUnchangedFilesAndRereadsChangedOnes) {
     EXPECT_NE(SceneLoader::Load(path), changed);
 }
 
-TEST(SceneLoader, ShippedModelsAreClosedOutwardAndDoNotOverlapInUv) {
+TEST(SceneLoader, ShippedModelsAreClosedOutwardWithUvsInsideTheSquare) {
     for (const auto& [name, triangles] : {std::pair{"cube.obj", 12u}, std::pair{"sphere.obj", 224u},
                                           std::pair{"torus.obj", 256u}}) {
         SCOPED_TRACE(name);
@@ -230,21 +230,6 @@ TEST(SceneLoader, ShippedModelsAreClosedOutwardAndDoNotOverlapInUv) {
             EXPECT_EQ(edges.count({edge[3], edge[4], edge[5], edge[0], edge[1], edge[2]}), 1u);
         }
         EXPECT_GT(volume, 0.0) << "faces point outwards";
-
-        // No overlap: the covered part of a fine render matches the summed triangle areas.
-        SceneModels models({ShippedModel(name)});
-        const int size = 240;
-        RenderUvScene scene(size, size, 0, -1, 0);
-        HeldImage image(size, size);
-        SurfacePointFactory factory(size, size);
-        scene.Render(image.get(), &factory, 4, 0);
-        double samples = 0.0;
-        for (int y = 0; y < size; ++y) {
-            for (int x = 0; x < size; ++x) {
-                samples += factory.CallsAt(x, y);
-            }
-        }
-        EXPECT_NEAR(samples / (size * size * 16.0), uvArea, 0.002);
     }
 }
 

@@ -14,11 +14,11 @@
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/RenderUVPixel.h"
-#include "tests/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 namespace uvtest {
 
-using hosttest::TempFolder;
+using testsupport::TempFolder;
 
 /// A float image (count 1) that releases itself.
 class HeldImage {
