@@ -5,6 +5,7 @@
 #include "host/AttributeStateContainer.h"
 #include "host/Evaluator.h"
 #include "host/EventQueue.h"
+#include "host/GraphDepth.h"
 #include "host/LinkStateContainer.h"
 #include "host/NodeStateContainer.h"
 #include "host/UndoHistory.h"
@@ -217,6 +218,9 @@ bool Engine::Connect(Node* from, unsigned outplug, Node* to, unsigned inplug, st
             cycle += id + " -> ";
         return Fail(error, what + "it would make a cycle (" + cycle + toEntry->id + ")", false);
     }
+    if (const std::string tooDeep = GraphDepth::CheckLink(*this, from, to, inplug);
+        !tooDeep.empty())
+        return Fail(error, what + tooDeep, false);
 
     const Link* existing = graph.FindLinkTo(to, inplug);
     if (existing != nullptr && existing->from == from && existing->outplug == outplug)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 #include "host/Engine.h"
@@ -40,6 +41,41 @@ std::vector<std::pair<const Node*, int>> DepthsInOrder(const Engine& engine) {
     return order;
 }
 
+using Neighbours = std::unordered_map<const Node*, std::vector<const Node*>>;
+
+struct Chain {
+    int length = 0;
+    const Node* end = nullptr;
+};
+
+// The longest chain from `start` following `next`, with the node it ends on. Memoised and
+// iterative, for the same reason as above; the graph is known to be free of cycles.
+Chain LongestChain(const Node* start, const Neighbours& next) {
+    std::unordered_map<const Node*, Chain> longest;
+    std::vector<const Node*> stack{start};
+    while (!stack.empty()) {
+        const Node* node = stack.back();
+        const auto found = next.find(node);
+        Chain best{1, node};
+        bool waiting = false;
+        if (found != next.end())
+            for (const Node* neighbour : found->second) {
+                const auto known = longest.find(neighbour);
+                if (known == longest.end()) {
+                    stack.push_back(neighbour);
+                    waiting = true;
+                } else if (!waiting && known->second.length + 1 > best.length) {
+                    best = {known->second.length + 1, known->second.end};
+                }
+            }
+        if (!waiting) {
+            longest[node] = best;
+            stack.pop_back();
+        }
+    }
+    return longest[start];
+}
+
 }  // namespace
 
 std::string GraphDepth::Check(const Engine& engine) {
@@ -48,4 +84,23 @@ std::string GraphDepth::Check(const Engine& engine) {
             return "node '" + engine.GetNodeId(node) + "': " + std::to_string(depth) +
                    " nodes deep, more than the limit of " + std::to_string(kMaxDepth);
     return {};
+}
+
+std::string GraphDepth::CheckLink(const Engine& engine, const Node* from, const Node* to,
+                                  unsigned inplug) {
+    Neighbours upstream;
+    Neighbours downstream;
+    for (const Engine::Link& link : engine.GetLinks()) {
+        if (link.to == to && link.inplug == inplug)
+            continue;
+        upstream[link.to].push_back(link.from);
+        downstream[link.from].push_back(link.to);
+    }
+    const int above = LongestChain(from, upstream).length;
+    const Chain below = LongestChain(to, downstream);
+    const int depth = above + below.length;
+    if (depth <= kMaxDepth)
+        return {};
+    return "node '" + engine.GetNodeId(below.end) + "': " + std::to_string(depth) +
+           " nodes deep, more than the limit of " + std::to_string(kMaxDepth);
 }

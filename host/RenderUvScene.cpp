@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "host/EdgePadding.h"
@@ -20,6 +23,10 @@ namespace {
 // 256 x 256 points per pixel is far beyond any use and keeps the sample grid of the largest
 // image well inside the range where edge functions stay exact.
 constexpr int kMaxSamples = 256;
+
+// A bake of 8000 x 8000 pixels at 16 x 16 samples runs for many minutes: it tells how far it
+// got this often, so that a log kept off a terminal shows it is alive.
+constexpr std::chrono::seconds kProgressInterval{10};
 
 int hardwareThreadCount() {
     return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
@@ -41,7 +48,7 @@ public:
               Image& image, std::vector<std::uint8_t>& covered)
         : mRasterizer(rasterizer), mMeshes(meshes), mImage(image), mCovered(covered) {}
 
-    void Run(RenderUVPixelFactory& factory, std::atomic<int>& nextRow,
+    void Run(RenderUVPixelFactory& factory, std::atomic<int>& nextRow, std::atomic<int>& rowsDone,
              const std::atomic<bool>& stop) const {
         RenderUVPixel* pixel = factory.CreateRenderUVPixel();
         if (pixel == nullptr) {
@@ -91,6 +98,7 @@ public:
                 }
                 mCovered[rowStart + x] = 1;
             }
+            ++rowsDone;
         }
     }
 
@@ -206,32 +214,62 @@ bool RenderUvScene::Render(Image* image, RenderUVPixelFactory* factory, int samp
     const RowShader shader(rasterizer, mSubMeshes, *image, covered);
 
     std::atomic<int> nextRow{0};
+    std::atomic<int> rowsDone{0};
     std::atomic<bool> stop{false};
     std::exception_ptr failure;
-    std::mutex failureMutex;
+    std::mutex stateMutex;
+    std::condition_variable finished;
+    const int threads = ResolveThreadCount(mSizeY);
+    int running = threads;
     const auto work = [&] {
         try {
-            shader.Run(*factory, nextRow, stop);
+            shader.Run(*factory, nextRow, rowsDone, stop);
         } catch (...) {
-            std::lock_guard<std::mutex> lock(failureMutex);
+            std::lock_guard<std::mutex> lock(stateMutex);
             if (!failure) {
                 failure = std::current_exception();
             }
             stop = true;
         }
+        std::lock_guard<std::mutex> lock(stateMutex);
+        --running;
+        finished.notify_one();
     };
-    const int threads = ResolveThreadCount(mSizeY);
-    if (threads == 1) {
-        work();
-    } else {
-        std::vector<std::thread> workers;
-        workers.reserve(static_cast<std::size_t>(threads));
+    // Even one worker runs on a thread of its own: the engine sizes the stacks of the threads
+    // it starts for the deepest graphs, which the caller's stack need not be.
+    std::vector<std::thread> workers;
+    workers.reserve(static_cast<std::size_t>(threads));
+    try {
         for (int i = 0; i < threads; ++i) {
             workers.emplace_back(work);
+        }
+    } catch (const std::system_error& e) {
+        {
+            std::lock_guard<std::mutex> lock(stateMutex);
+            stop = true;
+            running -= threads - static_cast<int>(workers.size());
         }
         for (std::thread& worker : workers) {
             worker.join();
         }
+        throw std::runtime_error("UV scene render: cannot start worker thread " +
+                                 std::to_string(workers.size() + 1) + " of " +
+                                 std::to_string(threads) + ": " + e.what());
+    }
+    {
+        std::unique_lock<std::mutex> lock(stateMutex);
+        const auto start = std::chrono::steady_clock::now();
+        while (!finished.wait_for(lock, kProgressInterval, [&] { return running == 0; })) {
+            const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(
+                std::chrono::steady_clock::now() - start);
+            const int done = rowsDone;
+            Log::Info("UV scene render: %d of %d rows (%d %%) in %lld s", done, mSizeY,
+                      static_cast<int>(100LL * done / mSizeY),
+                      static_cast<long long>(seconds.count()));
+        }
+    }
+    for (std::thread& worker : workers) {
+        worker.join();
     }
     if (failure) {
         std::rethrow_exception(failure);

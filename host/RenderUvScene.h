@@ -33,8 +33,11 @@ public:
     /// Triangles of the chosen sub-meshes, as drawn (a mesh placed twice counts twice).
     std::size_t GetTriangleCount() const;
 
-    /// Worker threads for Render, as the host's RenderOptions give them; 0 (the default) means
-    /// one per hardware thread. The image does not depend on this number.
+    /// Worker threads for Render. Plug-ins pass the count their engine resolves from the host's
+    /// RenderOptions (one rule for every render, with its environment setting and its cap);
+    /// 0 (the default) means one per hardware thread. Render always starts its workers, even
+    /// one, and logs how many rows are done every ten seconds until they finish. The image
+    /// does not depend on this number.
     void SetThreadCount(int count) { mThreadCount = count; }
 
     /// Renders into `image` (colour mode 0, the scene's size): clears it to (0, 0, 0, 0), shades

@@ -132,8 +132,10 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
     const texture::TextureInput texture(*this, inputs, kTextureInput);
     PublishNewImage(width, height);
     if (texture.module() != nullptr) {
+        // The UV renderer's threads follow the same count as the pipeline's.
+        const std::size_t threads = noisepp::utils::resolveThreadCount(GetRenderOptions().threads);
         const std::unique_ptr<noisepp::Pipeline3D> pipeline =
-            noisepp::utils::createPipeline(GetRenderOptions().threads);
+            noisepp::utils::createPipeline(threads);
         const noisepp::PipelineElement3D* element =
             pipeline->getElement(texture.module()->addToPipeline(pipeline.get()));
 
@@ -156,10 +158,7 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
             angle = Point{angle.x * DEG_TO_RAD, angle.y * DEG_TO_RAD};
         Texture3DRenderUVPixelFactory factory(pipeline.get(), element, driving[0], driving[1],
                                               driving[2], ranges);
-        // The UV renderer's threads follow the same count as the pipeline's.
-        const unsigned threads = GetRenderOptions().threads;
-        mScene->SetThreadCount(
-            static_cast<int>(threads > 0 ? threads : noisepp::utils::getProcessorCount()));
+        mScene->SetThreadCount(static_cast<int>(threads));
         Timer timer;
         timer.StartTimer();
         mScene->Render(GetImage(), &factory, samples, prefilter);

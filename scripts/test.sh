@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Sets everything up and runs every test: the release build and the sanitizer build
-# (address and undefined behaviour). Pass "release" or "sanitize" to run just one of them,
-# or "tsan" for the threaded suites under the thread sanitizer.
+# (address and undefined behaviour), then the fuzzers for about a minute (scripts/fuzz.sh,
+# which installs clang for them). Pass "release" or "sanitize" to run just one of them,
+# "fuzz" for the fuzzers alone, or "tsan" for the threaded suites under the thread sanitizer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/install-deps.sh
 
-presets=("${@:-release sanitize}")
+presets=("${@:-release sanitize fuzz}")
 # shellcheck disable=SC2206
 presets=(${presets[*]})
 jobs=$(nproc)
@@ -18,6 +19,11 @@ tsan_suites=(noisepp_core_tests noisepp_fractal_tests noisepp_line_tests noisepp
              noisepp_modifier_tests host_tests uv_scene_tests render_node_tests)
 
 for preset in "${presets[@]}"; do
+  if [[ $preset == fuzz ]]; then
+    echo "== fuzz: build, run"
+    bash scripts/fuzz.sh
+    continue
+  fi
   echo "== $preset: configure, build, test"
   cmake --preset "$preset" >/dev/null
   if [[ $preset == tsan ]]; then

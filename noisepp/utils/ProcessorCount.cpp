@@ -21,6 +21,11 @@ std::size_t hardwareThreads() {
     return hardware > 0 ? hardware : 1;
 }
 
+void warnAboveLimit(const std::string& setting, std::size_t limit) {
+    std::cerr << "warning: " << setting << " more than " << limit << " (" << kThreadsPerProcessor
+              << " per processor); using " << limit << "\n";
+}
+
 std::size_t readProcessorCount() {
     if (const char* text = std::getenv("TEXTURE_THREADS")) {
         // Digits only: a sign, spaces or a number too long for the type are not a count.
@@ -30,9 +35,7 @@ std::size_t readProcessorCount() {
         if (number && digits.find_first_not_of('0') != std::string::npos) {
             const std::size_t limit = getThreadLimit();
             if (digits.size() > 9 || std::stoul(digits) > limit) {
-                std::cerr << "warning: TEXTURE_THREADS=" << digits << " is more than " << limit
-                          << " (" << kThreadsPerProcessor << " per processor); using " << limit
-                          << "\n";
+                warnAboveLimit("TEXTURE_THREADS=" + digits + " is", limit);
                 return limit;
             }
             return std::stoul(digits);
@@ -42,6 +45,8 @@ std::size_t readProcessorCount() {
 }
 
 std::atomic<std::size_t> overrideCount{0};
+// Every pipeline of a render resolves the same count; one warning per count is enough.
+std::atomic<std::size_t> lastCountWarned{0};
 
 // Elements keep their run scratch on the stack, one frame per stage of the texture: a graph at
 // the depth limit needs about 8 MiB in a release build and more with sanitizers. Threads the
@@ -77,11 +82,20 @@ void setProcessorCount(std::size_t count) {
     overrideCount.store(std::min(count, getThreadLimit()), std::memory_order_relaxed);
 }
 
+std::size_t resolveThreadCount(std::size_t requested) {
+    if (requested == 0)
+        return getProcessorCount();
+    const std::size_t limit = getThreadLimit();
+    if (requested <= limit)
+        return requested;
+    if (lastCountWarned.exchange(requested, std::memory_order_relaxed) != requested)
+        warnAboveLimit(std::to_string(requested) + " worker threads asked for,", limit);
+    return limit;
+}
+
 std::unique_ptr<Pipeline3D> createPipeline(std::size_t threads) {
     reserveDeepStacks();
-    const std::size_t workers =
-        threads > 0 ? std::min(threads, getThreadLimit()) : getProcessorCount();
-    return std::make_unique<ThreadedPipeline3D>(workers);
+    return std::make_unique<ThreadedPipeline3D>(resolveThreadCount(threads));
 }
 
 std::unique_ptr<JobQueue> createJobQueue(std::size_t cacheSize) {
