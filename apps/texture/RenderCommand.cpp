@@ -129,9 +129,16 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         return usageError(options.document +
                           ": the document names no display node; use --node ID or --all");
     }
-    for (Node* node : targets)
+    for (Node* node : targets) {
         if (RenderToFile::FindImageOutplug(*node) < 0)
             return usageError(renderer.Describe(*node) + " has no image output");
+        // A render node without its texture paints a default picture, rarely what was meant.
+        for (const Node::Inplug& inplug : node->GetInplugs())
+            if (inplug.regularInputId >= 0 && inplug.plugType == Node::kTexturePlug &&
+                engine.FindLinkTo(node, inplug.id) == nullptr)
+                std::cerr << "warning: " << renderer.Describe(*node) << ": input '" << inplug.name
+                          << "' is not linked\n";
+    }
 
     // Every file name is known, checked and distinct before the first render.
     const std::string pattern =

@@ -87,7 +87,7 @@ int RunSelfCheck(const PluginLoader& catalogue) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("texture: renders procedural-texture graph documents");
+    CLI::App app("texture: renders procedural-texture graph documents", "texture");
     app.footer(kExamples);
     app.set_version_flag("--version", std::string("texture ") + TEXTURE_VERSION);
     app.require_subcommand(1);
