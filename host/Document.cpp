@@ -188,12 +188,30 @@ void LoadLink(const json& entry, std::size_t index, Engine& engine) {
 
 bool Document::Load(const std::string& path, Engine& engine, const PluginLoader& catalogue,
                     std::string* error) {
+    std::string text;
+    try {
+        text = JsonReader::ReadFile(path);
+    } catch (const std::exception& e) {
+        engine.Clear();
+        mActive.clear();
+        mDisplay.clear();
+        if (error != nullptr)
+            *error = path + ": " + e.what();
+        return false;
+    }
+    return LoadText(text, path, fs::absolute(fs::path(path)).parent_path().string(), engine,
+                    catalogue, error);
+}
+
+bool Document::LoadText(const std::string& text, const std::string& name,
+                        const std::string& folderName, Engine& engine,
+                        const PluginLoader& catalogue, std::string* error) {
     engine.Clear();
     mActive.clear();
     mDisplay.clear();
     try {
-        const fs::path folder = fs::absolute(fs::path(path)).parent_path();
-        const json document = JsonReader::Parse(JsonReader::ReadFile(path));
+        const fs::path folder(folderName);
+        const json document = JsonReader::Parse(text);
         if (!document.is_object())
             Fail("the document must be a JSON object");
         if (document.value("format", std::string()) != "texture-graph")
@@ -246,7 +264,7 @@ bool Document::Load(const std::string& path, Engine& engine, const PluginLoader&
         mActive.clear();
         mDisplay.clear();
         if (error != nullptr)
-            *error = path + ": " + e.what();
+            *error = name + ": " + e.what();
         return false;
     }
     engine.ClearUndoHistory();

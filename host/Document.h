@@ -20,6 +20,10 @@ public:
     /// The undo history is empty afterwards.
     bool Load(const std::string& path, Engine& engine, const PluginLoader& catalogue,
               std::string* error);
+    /// Loads a document given as text (read from a pipe, say) as Load does; `name` stands for
+    /// the file in messages and relative paths are resolved against `folder`.
+    bool LoadText(const std::string& text, const std::string& name, const std::string& folder,
+                  Engine& engine, const PluginLoader& catalogue, std::string* error);
 
     /// Writes the engine's graph to `path` atomically: a temporary file in the same folder
     /// renamed over the target, so a failed save leaves an existing file untouched.

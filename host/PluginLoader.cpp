@@ -15,6 +15,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "host/CloseMatches.h"
 #include "host/ImageFileNode.h"
 #include "host/LibraryInterface.h"
 #include "host/Node.h"
@@ -22,31 +23,6 @@
 #include "host/NodeInterface.h"
 
 namespace {
-
-std::string Lower(const std::string& text) {
-    std::string result = text;
-    for (char& c : result)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return result;
-}
-
-// Case-insensitive edit distance: the measure behind "did you mean" suggestions.
-std::size_t EditDistance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t above = row[j];
-            const std::size_t cost = a[i - 1] == b[j - 1] ? 0 : 1;
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + cost});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
-}
 
 std::string ExecutableFolder() {
     std::error_code error;
@@ -185,25 +161,10 @@ NodeInterface* PluginLoader::FindType(const std::string& name) const {
 }
 
 std::vector<std::string> PluginLoader::FindCloseMatches(const std::string& name) const {
-    const std::string wanted = Lower(name);
-    std::vector<std::pair<std::size_t, std::string>> scored;
-    for (NodeInterface* type : mInterfaces) {
-        const std::string display = type->GetTypeName();
-        const std::string candidate = Lower(display);
-        std::size_t distance = EditDistance(wanted, candidate);
-        const bool contains = !wanted.empty() && (candidate.find(wanted) != std::string::npos ||
-                                                  wanted.find(candidate) != std::string::npos);
-        if (contains)
-            distance = std::min<std::size_t>(distance, 1);
-        if (distance <= std::max<std::size_t>(2, wanted.size() / 3))
-            scored.emplace_back(distance, display);
-    }
-    std::stable_sort(scored.begin(), scored.end(),
-                     [](const auto& l, const auto& r) { return l.first < r.first; });
-    std::vector<std::string> result;
-    for (std::size_t i = 0; i < scored.size() && i < 3; ++i)
-        result.push_back(scored[i].second);
-    return result;
+    std::vector<std::string> names;
+    for (NodeInterface* type : mInterfaces)
+        names.emplace_back(type->GetTypeName());
+    return ::FindCloseMatches(name, names);
 }
 
 std::unique_ptr<Node> PluginLoader::CreateNode(const std::string& name, std::string* error) const {
@@ -211,12 +172,10 @@ std::unique_ptr<Node> PluginLoader::CreateNode(const std::string& name, std::str
     NodeFactory* factory = type != nullptr ? type->GetFactory() : nullptr;
     if (factory == nullptr) {
         if (error != nullptr) {
-            *error = "unknown node type '" + name + "'";
-            const std::vector<std::string> matches = FindCloseMatches(name);
-            for (std::size_t i = 0; i < matches.size(); ++i)
-                *error += (i == 0 ? " (close matches: '" : ", '") + matches[i] + "'";
-            if (!matches.empty())
-                *error += ")";
+            std::vector<std::string> names;
+            for (NodeInterface* type : mInterfaces)
+                names.emplace_back(type->GetTypeName());
+            *error = "unknown node type '" + name + "'" + CloseMatchesNote(name, names);
         }
         return nullptr;
     }

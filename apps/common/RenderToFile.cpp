@@ -39,7 +39,8 @@ bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
     }
     std::string why;
     if (!image->WriteFile(path, bits, &why)) {
-        *error = "node '" + mEngine.GetNodeId(&node) + "': cannot write '" + path + "': " + why;
+        // The writer's message already names the file.
+        *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
         return false;
     }
     return true;

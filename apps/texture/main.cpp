@@ -23,19 +23,26 @@ Examples:
   texture render scene.texture.json -o out.png
   texture render scene.texture.json --node noise --node out -O renders/ --bits 16
   texture render scene.texture.json --all -O renders/ --threads 4
+  texture render scene.texture.json --set noise.octaves=6 --set noise.kind=Ridged -o out.png
+  texture render scene.texture.json --sweep noise.seed=1:64 -o 'renders/{doc}-{noise.seed}.png'
+  texture render - -o out.exr < scene.texture.json    the document from standard input
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
+  texture --version
   texture assemble tiles/*.tile.json -o full.exr   join the tiles of a split render
   texture --plugin build/release/bin/libTexture.so selfcheck
 
-Exit status: 0 success, 1 render failure, 2 bad usage or bad document.
+Output names may hold {doc}, {node}, {index} or {index:04} and {NODE.ATTR} of --set or --sweep;
+missing folders are created.
+Exit status: 0 success, 1 render failure (a node in error, an image not written), 2 bad usage or
+bad document.
 The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so next to texture.)";
 
 int RunCheck(const PluginLoader& catalogue, const std::string& path) {
     Document document;
     std::string error;
-    if (!document.Load(path, *Engine::Get(), catalogue, &error)) {
+    if (!LoadDocumentArgument(document, path, *Engine::Get(), catalogue, &error)) {
         std::cerr << "error: " << error << "\n";
         return 2;
     }
@@ -80,8 +87,9 @@ int RunSelfCheck(const PluginLoader& catalogue) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("texture: renders procedural-texture graph documents");
+    CLI::App app("texture: renders procedural-texture graph documents", "texture");
     app.footer(kExamples);
+    app.set_version_flag("--version", std::string("texture ") + TEXTURE_VERSION);
     app.require_subcommand(1);
     app.fallthrough();
     std::string pluginPath;
@@ -92,15 +100,32 @@ int main(int argc, char** argv) {
     int maxSize = 0;
     bool verbose = false;
     CLI::App* renderCommand = app.add_subcommand("render", "render a document's images");
-    renderCommand->add_option("DOC", render.document, "the graph document")->required();
+    renderCommand->add_option("DOC", render.document, "the graph document, - for standard input")
+        ->required();
     auto* outOption = renderCommand->add_option("-o", render.output, "the image file to write");
     renderCommand->add_option("--node", render.nodes, "render this node (repeatable)");
     auto* allOption =
         renderCommand->add_flag("--all", render.all, "render every node with an image output");
     renderCommand->add_option("-O", render.outputFolder, "folder for ID.png files");
     allOption->excludes(outOption)->excludes("--node");
+    renderCommand->add_option("--set", render.sets,
+                              "NODE.ATTR=VALUE: set an attribute (repeatable); the value as in "
+                              "a document, or a bare number, word or choice item");
+    renderCommand->add_option("--sweep", render.sweeps,
+                              "NODE.ATTR=A:B[:STEP] or NODE.ATTR=V1,V2,...: one image per value "
+                              "(repeatable: every combination)");
+    renderCommand->add_flag("--keep-going", render.keepGoing,
+                            "write an image even when a node it reads from failed");
     renderCommand->add_option("--threads", threads, "processors to use (default: all)")
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                return text.find_first_not_of("0123456789") == std::string::npos &&
+                               text.find_first_not_of('0') != std::string::npos
+                           ? std::string()
+                           : "must be a whole number from 1 up (leave it out to use every "
+                             "processor)";
+            },
+            "N"));
     renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
         ->check(CLI::PositiveNumber);
     renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
@@ -127,8 +152,10 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        const int code = app.exit(e);
-        return code == 0 ? 0 : 2;
+        if (e.get_exit_code() == 0)
+            return app.exit(e);  // --help, --version
+        std::cerr << "error: " << e.what() << " (texture --help lists the options)\n";
+        return 2;
     }
     if (*assembleCommand)
         return RunAssembleCommand(assemble);  // needs no plug-in
