@@ -56,6 +56,15 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         return 2;
     }
 
+    if (options.large.Applies()) {
+        if (targets.size() != 1 || options.output.empty()) {
+            std::cerr << "error: --size and --tiles render one node into the file of -o\n";
+            return 2;
+        }
+        return LargeRender(engine, options.large)
+            .Run(*targets.front(), options.output, options.document);
+    }
+
     const auto start = std::chrono::steady_clock::now();
     auto elapsedMs = [&] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/texture/LargeRender.h"
+
 class PluginLoader;
 
 /// What `texture render` was asked to do.
@@ -14,6 +16,7 @@ struct RenderRequest {
     std::string outputFolder;        ///< -O: folder for ID.png files
     int bits = 8;
     bool quiet = false;
+    LargeRenderRequest large;  ///< --size, --tile-size, --tiles, --tile
 };
 
 /// Loads the document, evaluates the requested nodes and writes their images. Returns the exit

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "apps/texture/AssembleCommand.h"
+#include "apps/texture/LargeRender.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
 #include "host/Document.h"
@@ -23,6 +24,8 @@ Examples:
   texture render scene.texture.json -o out.png
   texture render scene.texture.json --node noise --node out -O renders/ --bits 16
   texture render scene.texture.json --all -O renders/ --threads 4
+  texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
+  texture render scene.texture.json -o tile-{tile}.png --size 8192x8192 --tiles 3x2 --tile 4
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
@@ -105,6 +108,35 @@ int main(int argc, char** argv) {
         ->check(CLI::PositiveNumber);
     renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
         ->check(CLI::IsMember({8, 16}));
+    const auto pair = [](const char* option, int* a, int* b) {
+        return [=](const std::string& given) {
+            if (!LargeRender::ParseSize(given, a, b))
+                throw CLI::ValidationError(
+                    option, "expects two positive integers as WxH, not '" + given + "'");
+        };
+    };
+    LargeRenderRequest& large = render.large;
+    auto* sizeOption = renderCommand->add_option_function<std::string>(
+        "--size", pair("--size", &large.width, &large.height),
+        "render at WxH pixels, beyond the frame's limit up to --max-size (Render 2D only)");
+    renderCommand
+        ->add_option("--tile-size", large.tileSize,
+                     "render and hold at most NxN pixels at once with --size (default 4096)")
+        ->check(CLI::PositiveNumber)
+        ->needs(sizeOption);
+    auto* tilesOption =
+        renderCommand
+            ->add_option_function<std::string>(
+                "--tiles", pair("--tiles", &large.columns, &large.rows),
+                "split the --size output into CxR tiles and render one of them (see --tile)")
+            ->needs(sizeOption);
+    renderCommand
+        ->add_option("--tile", large.tile,
+                     "the tile to render, row-major from the top-left, from 0; -o may hold "
+                     "{col}, {row} and {tile}")
+        ->check(CLI::NonNegativeNumber)
+        ->needs(tilesOption);
+    tilesOption->needs("--tile");
     auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
 
@@ -134,6 +166,9 @@ int main(int argc, char** argv) {
         return RunAssembleCommand(assemble);  // needs no plug-in
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
+    large.bits = render.bits;
+    large.quiet = render.quiet;
+    large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
     // Before the plug-in loads, so that no render can start with other options.
     Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));
