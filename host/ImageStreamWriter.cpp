@@ -11,17 +11,9 @@
 #include <vector>
 
 #include "host/Image.h"
+#include "host/ImageLibraryError.h"
 
 namespace {
-
-// The library keeps errors per thread and per object; take them so they do not pile up.
-std::string LibraryError(const std::string& objectError) {
-    const std::string global = OIIO::geterror();
-    std::string text = !objectError.empty() ? objectError : global;
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-        text.pop_back();
-    return text.empty() ? std::string("unknown error") : text;
-}
 
 bool Fail(std::string* error, const std::string& message) {
     if (error != nullptr)
@@ -104,7 +96,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                       std::to_string(height) + " pixels)");
     state->output = OIIO::ImageOutput::create(named);
     if (!state->output) {
-        LibraryError({});
+        ImageLibraryError({});
         const std::string extension = std::filesystem::path(named).extension().string();
         return refuse(extension.empty() ? "the name has no extension to pick a format"
                                         : "no image format is known for '" + extension + "'");
@@ -146,7 +138,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     const int blocksDown = (height + state->blockHeight - 1) / state->blockHeight;
     state->written.assign(static_cast<std::size_t>(state->blocksAcross) * blocksDown, false);
     if (!state->output->open(path, spec))
-        return refuse(LibraryError(state->output->geterror()));
+        return refuse(ImageLibraryError(state->output->geterror()));
     return std::unique_ptr<ImageStreamWriter>(new ImageStreamWriter(std::move(state)));
 }
 
@@ -223,14 +215,14 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
                                               s.dataType, s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
-        return ok || Fail(error, s.where + LibraryError(s.output->geterror()));
+        return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     }
     // Rows go out in order: this row and the complete rows after it once the rows above are in.
     for (auto next = s.pending.find(s.nextRow);
          next != s.pending.end() && next->second.count == s.width;
          next = s.pending.find(s.nextRow)) {
         if (!s.output->write_scanline(s.nextRow, 0, s.dataType, next->second.bytes.data()))
-            return Fail(error, s.where + LibraryError(s.output->geterror()));
+            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
         s.pending.erase(next);
         s.written[s.nextRow++] = true;
     }
@@ -243,7 +235,7 @@ bool ImageStreamWriter::Close(std::string* error) {
         return Fail(error, s.where + "the file is already closed");
     const auto missing = std::count(s.written.begin(), s.written.end(), false);
     const bool closed = s.output->close();
-    const std::string reason = closed ? std::string() : LibraryError(s.output->geterror());
+    const std::string reason = closed ? std::string() : ImageLibraryError(s.output->geterror());
     s.output.reset();
     if (missing > 0)
         return Fail(error, s.where + "pixels never arrived for " + std::to_string(missing) +
