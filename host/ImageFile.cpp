@@ -13,6 +13,7 @@
 #include "host/AtomicFile.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
+#include "host/ImageStreamWriter.h"
 
 namespace {
 
@@ -135,6 +136,8 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
     OIIO::ImageSpec spec(mSizeX, mSizeY, channels, type);
     if (!floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    if (format == "png")
+        spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
 
     // Top row first; integer formats clamped to 0...1 and rounded to the nearest level.
     const Image* source = this;

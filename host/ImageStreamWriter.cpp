@@ -62,6 +62,19 @@ struct ImageStreamWriter::State {
         return {x, y, std::min(blockWidth, width - x), std::min(blockHeight, height - y)};
     }
 
+    // Whether `rect` is made of whole file tiles that have no pixels yet.
+    bool IsFreshWholeTiles(const PixelRect& rect) const {
+        if (rect.x % blockWidth != 0 || rect.y % blockHeight != 0 ||
+            (rect.Right() % blockWidth != 0 && rect.Right() != width) ||
+            (rect.Bottom() % blockHeight != 0 && rect.Bottom() != height))
+            return false;
+        for (int y = rect.y / blockHeight; y * blockHeight < rect.Bottom(); ++y)
+            for (int x = rect.x / blockWidth; x * blockWidth < rect.Right(); ++x)
+                if (written[y * blocksAcross + x] || pending.count(y * blocksAcross + x) != 0)
+                    return false;
+        return true;
+    }
+
     // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
     void Encode(const float* rgbo, unsigned char* out) const {
         const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
@@ -109,6 +122,8 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                       " for " + format + " files, not " + std::to_string(bits));
     if (options.tiled && !state->output->supports("tiles"))
         return refuse("the " + format + " format cannot store tiles");
+    if (options.zipLevel < 0 || options.zipLevel > 9)
+        return refuse("the zip level must be 0 to 9, not " + std::to_string(options.zipLevel));
     if (options.tiled && (options.tileSide <= 0 || options.tileSide % 16 != 0))
         return refuse("tiles must be a positive multiple of 16 pixels wide, not " +
                       std::to_string(options.tileSide));
@@ -124,6 +139,8 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     OIIO::ImageSpec spec(width, height, state->channels, stored);
     if (!state->floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    if (format == "png")
+        spec.attribute("png:compressionLevel", options.zipLevel);
     state->tiled = options.tiled;
     if (options.tiled) {
         spec.tile_width = spec.tile_height = options.tileSide;
@@ -173,6 +190,8 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
         converted.reset(new Image(pixels, Image::kFloatRgbo));
     const float* source = (converted ? *converted : pixels).GetConstArray();
 
+    if (s.tiled && s.IsFreshWholeTiles(rect))
+        return WriteWholeTiles(rect, source, error);
     const std::size_t pixelBytes = s.PixelBytes();
     for (int blockY = rect.y / s.blockHeight; blockY * s.blockHeight < rect.Bottom(); ++blockY) {
         for (int blockX = rect.x / s.blockWidth; blockX * s.blockWidth < rect.Right(); ++blockX) {
@@ -207,6 +226,27 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
     return true;
 }
 
+bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* source,
+                                        std::string* error) {
+    State& s = *mState;
+    const std::size_t pixelBytes = s.PixelBytes();
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(Area(rect)) * pixelBytes);
+    unsigned char* out = bytes.data();
+    for (int row = rect.height - 1; row >= 0; --row) {  // the file's top row is the image's last
+        const float* in = source + static_cast<std::size_t>(row) * rect.width * 4;
+        for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
+            s.Encode(in, out);
+    }
+    // One call for all the tiles, so that the library compresses them side by side.
+    if (!s.output->write_tiles(rect.x, rect.Right(), rect.y, rect.Bottom(), 0, 1, s.dataType,
+                               bytes.data()))
+        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+    for (int y = rect.y / s.blockHeight; y * s.blockHeight < rect.Bottom(); ++y)
+        for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
+            s.written[y * s.blocksAcross + x] = true;
+    return true;
+}
+
 bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
     State& s = *mState;
     if (s.tiled) {
@@ -217,15 +257,20 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
         s.written[index] = true;
         return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     }
-    // Rows go out in order: this row and the complete rows after it once the rows above are in.
+    // Rows go out in order: this row and the complete rows after it once the rows above are in,
+    // all in one call, so that the library compresses their chunks side by side.
+    std::vector<unsigned char> run;
+    const int first = s.nextRow;
     for (auto next = s.pending.find(s.nextRow);
          next != s.pending.end() && next->second.count == s.width;
          next = s.pending.find(s.nextRow)) {
-        if (!s.output->write_scanline(s.nextRow, 0, s.dataType, next->second.bytes.data()))
-            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        run.insert(run.end(), next->second.bytes.begin(), next->second.bytes.end());
         s.pending.erase(next);
         s.written[s.nextRow++] = true;
     }
+    if (s.nextRow > first &&
+        !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
+        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     return true;
 }
 

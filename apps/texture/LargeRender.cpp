@@ -143,6 +143,7 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
     // Tiled files take each window as it comes; scanline files would hold rows back.
     format.tiled = extension == "exr" || extension == "tif" || extension == "tiff";
     format.tileSide = kFileTileSide;
+    format.zipLevel = r.zipLevel;
 
     const auto start = std::chrono::steady_clock::now();
     const bool terminal = isatty(STDERR_FILENO) != 0 && !r.quiet;

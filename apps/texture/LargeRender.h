@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/ImageStreamWriter.h"
+
 class Engine;
 class Node;
 
@@ -15,6 +17,7 @@ struct LargeRenderRequest {
     int rows = 0;
     int tile = 0;  ///< --tile: the task's tile, row-major from the top-left
     int bits = 8;  ///< PNG/TIFF bits per channel; 16 stores EXR as half floats
+    int zipLevel = ImageStreamOptions::kFastZipLevel;  ///< --compression of PNG files
     bool quiet = false;
 
     /// Whether the request needs this path rather than the one-piece render.

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -137,6 +138,14 @@ int main(int argc, char** argv) {
         ->check(CLI::NonNegativeNumber)
         ->needs(tilesOption);
     tilesOption->needs("--tile");
+    renderCommand
+        ->add_option("--compression", large.zipLevel,
+                     "zip level of PNG files with --size: 0 to 9, none (0), fast (1, the default) "
+                     "or small (9)")
+        ->transform(CLI::Transformer(
+            std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
+        ->check(CLI::Range(0, 9))
+        ->needs(sizeOption);
     auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
 
