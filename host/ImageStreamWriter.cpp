@@ -230,20 +230,25 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
                                         std::string* error) {
     State& s = *mState;
     const std::size_t pixelBytes = s.PixelBytes();
-    std::vector<unsigned char> bytes(static_cast<std::size_t>(Area(rect)) * pixelBytes);
-    unsigned char* out = bytes.data();
-    for (int row = rect.height - 1; row >= 0; --row) {  // the file's top row is the image's last
-        const float* in = source + static_cast<std::size_t>(row) * rect.width * 4;
-        for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
-            s.Encode(in, out);
-    }
-    // One call for all the tiles, so that the library compresses them side by side.
-    if (!s.output->write_tiles(rect.x, rect.Right(), rect.y, rect.Bottom(), 0, 1, s.dataType,
-                               bytes.data()))
-        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
-    for (int y = rect.y / s.blockHeight; y * s.blockHeight < rect.Bottom(); ++y)
+    std::vector<unsigned char> bytes;
+    // A row of file tiles per call: the library compresses its tiles side by side, and the
+    // encoded copy stays a strip rather than a second window.
+    for (int top = rect.y; top < rect.Bottom(); top += s.blockHeight) {
+        const int bottom = std::min(top + s.blockHeight, rect.Bottom());
+        bytes.resize(static_cast<std::size_t>(rect.width) * (bottom - top) * pixelBytes);
+        unsigned char* out = bytes.data();
+        for (int y = top; y < bottom; ++y) {
+            const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
+            const float* in = source + static_cast<std::size_t>(imageRow) * rect.width * 4;
+            for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
+                s.Encode(in, out);
+        }
+        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
+                                   bytes.data()))
+            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
         for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
-            s.written[y * s.blocksAcross + x] = true;
+            s.written[top / s.blockHeight * s.blocksAcross + x] = true;
+    }
     return true;
 }
 
