@@ -12,6 +12,8 @@
 
 #include "host/AtomicFile.h"
 #include "host/Image.h"
+#include "host/ImageLibraryError.h"
+#include "host/ImageStreamWriter.h"
 
 namespace {
 
@@ -28,15 +30,6 @@ bool fail(std::string* error, const std::string& message) {
     if (error != nullptr)
         *error = message;
     return false;
-}
-
-// The library keeps errors per thread and per object; take them so they do not pile up.
-std::string libraryError(const std::string& objectError) {
-    const std::string global = OIIO::geterror();
-    std::string text = !objectError.empty() ? objectError : global;
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-        text.pop_back();
-    return text.empty() ? std::string("unknown error") : text;
 }
 
 float clamp01(float value) {
@@ -57,7 +50,7 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
     config.attribute("oiio:UnassociatedAlpha", 1);
     auto input = OIIO::ImageInput::open(path, &config);
     if (!input) {
-        fail(error, "cannot read image '" + path + "': " + libraryError({}));
+        fail(error, "cannot read image '" + path + "': " + ImageLibraryError({}));
         return nullptr;
     }
     const OIIO::ImageSpec& spec = input->spec();
@@ -87,7 +80,7 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
     std::vector<float> pixels(static_cast<std::size_t>(width) * height * channels);
     // Integer formats arrive scaled to 0...1.
     if (!input->read_image(0, 0, 0, channels, OIIO::TypeDesc::FLOAT, pixels.data())) {
-        fail(error, "cannot read image '" + path + "': " + libraryError(input->geterror()));
+        fail(error, "cannot read image '" + path + "': " + ImageLibraryError(input->geterror()));
         return nullptr;
     }
     input->close();
@@ -128,7 +121,7 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
     auto output = OIIO::ImageOutput::create(path);
     if (!output) {
         const std::string extension = lowerExtension(path);
-        libraryError({});
+        ImageLibraryError({});
         return fail(error, where + (extension.empty()
                                         ? std::string("the name has no extension to pick a format")
                                         : "no image format is known for '" + extension + "'"));
@@ -143,6 +136,8 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
     OIIO::ImageSpec spec(mSizeX, mSizeY, channels, type);
     if (!floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    if (format == "png")
+        spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
 
     // Top row first; integer formats clamped to 0...1 and rounded to the nearest level.
     const Image* source = this;
@@ -188,14 +183,14 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
             OIIO::Filesystem::IOVecOutput memory(encoded);
             if (!output->set_ioproxy(&memory) || !output->open(path, spec) ||
                 !output->write_image(dataType, data) || !output->close())
-                return fail(error, where + libraryError(output->geterror()));
+                return fail(error, where + ImageLibraryError(output->geterror()));
             AtomicFile::Write(path, std::string_view(reinterpret_cast<const char*>(encoded.data()),
                                                      encoded.size()));
         } else {
             AtomicFile file(path);
             if (!output->open(file.GetTemporaryPath(), spec) ||
                 !output->write_image(dataType, data) || !output->close())
-                return fail(error, where + libraryError(output->geterror()));
+                return fail(error, where + ImageLibraryError(output->geterror()));
             file.Commit();
         }
     } catch (const FileError& e) {

@@ -11,17 +11,9 @@
 #include <vector>
 
 #include "host/Image.h"
+#include "host/ImageLibraryError.h"
 
 namespace {
-
-// The library keeps errors per thread and per object; take them so they do not pile up.
-std::string LibraryError(const std::string& objectError) {
-    const std::string global = OIIO::geterror();
-    std::string text = !objectError.empty() ? objectError : global;
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-        text.pop_back();
-    return text.empty() ? std::string("unknown error") : text;
-}
 
 bool Fail(std::string* error, const std::string& message) {
     if (error != nullptr)
@@ -70,6 +62,19 @@ struct ImageStreamWriter::State {
         return {x, y, std::min(blockWidth, width - x), std::min(blockHeight, height - y)};
     }
 
+    // Whether `rect` is made of whole file tiles that have no pixels yet.
+    bool IsFreshWholeTiles(const PixelRect& rect) const {
+        if (rect.x % blockWidth != 0 || rect.y % blockHeight != 0 ||
+            (rect.Right() % blockWidth != 0 && rect.Right() != width) ||
+            (rect.Bottom() % blockHeight != 0 && rect.Bottom() != height))
+            return false;
+        for (int y = rect.y / blockHeight; y * blockHeight < rect.Bottom(); ++y)
+            for (int x = rect.x / blockWidth; x * blockWidth < rect.Right(); ++x)
+                if (written[y * blocksAcross + x] || pending.count(y * blocksAcross + x) != 0)
+                    return false;
+        return true;
+    }
+
     // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
     void Encode(const float* rgbo, unsigned char* out) const {
         const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
@@ -104,7 +109,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                       std::to_string(height) + " pixels)");
     state->output = OIIO::ImageOutput::create(named);
     if (!state->output) {
-        LibraryError({});
+        ImageLibraryError({});
         const std::string extension = std::filesystem::path(named).extension().string();
         return refuse(extension.empty() ? "the name has no extension to pick a format"
                                         : "no image format is known for '" + extension + "'");
@@ -117,6 +122,8 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                       " for " + format + " files, not " + std::to_string(bits));
     if (options.tiled && !state->output->supports("tiles"))
         return refuse("the " + format + " format cannot store tiles");
+    if (options.zipLevel < 0 || options.zipLevel > 9)
+        return refuse("the zip level must be 0 to 9, not " + std::to_string(options.zipLevel));
     if (options.tiled && (options.tileSide <= 0 || options.tileSide % 16 != 0))
         return refuse("tiles must be a positive multiple of 16 pixels wide, not " +
                       std::to_string(options.tileSide));
@@ -132,6 +139,8 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     OIIO::ImageSpec spec(width, height, state->channels, stored);
     if (!state->floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    if (format == "png")
+        spec.attribute("png:compressionLevel", options.zipLevel);
     state->tiled = options.tiled;
     if (options.tiled) {
         spec.tile_width = spec.tile_height = options.tileSide;
@@ -146,7 +155,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     const int blocksDown = (height + state->blockHeight - 1) / state->blockHeight;
     state->written.assign(static_cast<std::size_t>(state->blocksAcross) * blocksDown, false);
     if (!state->output->open(path, spec))
-        return refuse(LibraryError(state->output->geterror()));
+        return refuse(ImageLibraryError(state->output->geterror()));
     return std::unique_ptr<ImageStreamWriter>(new ImageStreamWriter(std::move(state)));
 }
 
@@ -181,6 +190,8 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
         converted.reset(new Image(pixels, Image::kFloatRgbo));
     const float* source = (converted ? *converted : pixels).GetConstArray();
 
+    if (s.tiled && s.IsFreshWholeTiles(rect))
+        return WriteWholeTiles(rect, source, error);
     const std::size_t pixelBytes = s.PixelBytes();
     for (int blockY = rect.y / s.blockHeight; blockY * s.blockHeight < rect.Bottom(); ++blockY) {
         for (int blockX = rect.x / s.blockWidth; blockX * s.blockWidth < rect.Right(); ++blockX) {
@@ -215,6 +226,32 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
     return true;
 }
 
+bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* source,
+                                        std::string* error) {
+    State& s = *mState;
+    const std::size_t pixelBytes = s.PixelBytes();
+    std::vector<unsigned char> bytes;
+    // A row of file tiles per call: the library compresses its tiles side by side, and the
+    // encoded copy stays a strip rather than a second window.
+    for (int top = rect.y; top < rect.Bottom(); top += s.blockHeight) {
+        const int bottom = std::min(top + s.blockHeight, rect.Bottom());
+        bytes.resize(static_cast<std::size_t>(rect.width) * (bottom - top) * pixelBytes);
+        unsigned char* out = bytes.data();
+        for (int y = top; y < bottom; ++y) {
+            const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
+            const float* in = source + static_cast<std::size_t>(imageRow) * rect.width * 4;
+            for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
+                s.Encode(in, out);
+        }
+        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
+                                   bytes.data()))
+            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
+            s.written[top / s.blockHeight * s.blocksAcross + x] = true;
+    }
+    return true;
+}
+
 bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
     State& s = *mState;
     if (s.tiled) {
@@ -223,17 +260,22 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
                                               s.dataType, s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
-        return ok || Fail(error, s.where + LibraryError(s.output->geterror()));
+        return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     }
-    // Rows go out in order: this row and the complete rows after it once the rows above are in.
+    // Rows go out in order: this row and the complete rows after it once the rows above are in,
+    // all in one call, so that the library compresses their chunks side by side.
+    std::vector<unsigned char> run;
+    const int first = s.nextRow;
     for (auto next = s.pending.find(s.nextRow);
          next != s.pending.end() && next->second.count == s.width;
          next = s.pending.find(s.nextRow)) {
-        if (!s.output->write_scanline(s.nextRow, 0, s.dataType, next->second.bytes.data()))
-            return Fail(error, s.where + LibraryError(s.output->geterror()));
+        run.insert(run.end(), next->second.bytes.begin(), next->second.bytes.end());
         s.pending.erase(next);
         s.written[s.nextRow++] = true;
     }
+    if (s.nextRow > first &&
+        !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
+        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     return true;
 }
 
@@ -243,7 +285,7 @@ bool ImageStreamWriter::Close(std::string* error) {
         return Fail(error, s.where + "the file is already closed");
     const auto missing = std::count(s.written.begin(), s.written.end(), false);
     const bool closed = s.output->close();
-    const std::string reason = closed ? std::string() : LibraryError(s.output->geterror());
+    const std::string reason = closed ? std::string() : ImageLibraryError(s.output->geterror());
     s.output.reset();
     if (missing > 0)
         return Fail(error, s.where + "pixels never arrived for " + std::to_string(missing) +

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/AtomicFile.h"
+
 using nlohmann::json;
 
 namespace {
@@ -75,10 +77,12 @@ bool TileManifest::Write(const std::string& path, std::string* error) const {
                          {"file", file},
                          {"format", format},
                          {"bits", bits}};
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << object.dump(2) << "\n";
-    out.close();
-    return out ? true : Fail(error, "cannot write tile manifest '" + path + "'");
+    try {
+        AtomicFile::Write(path, object.dump(2) + "\n");
+    } catch (const FileError& failure) {
+        return Fail(error, std::string("tile manifest: ") + failure.what());
+    }
+    return true;
 }
 
 std::optional<TileManifest> TileManifest::Read(const std::string& path, std::string* error) {

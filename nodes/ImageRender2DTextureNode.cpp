@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
-#include <vector>
+#include <type_traits>
 
 #include "host/Image.h"
 #include "host/Log.h"
@@ -85,12 +85,18 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
     } else {
         const std::size_t pixels =
             static_cast<std::size_t>(window.Width()) * static_cast<std::size_t>(window.Height());
-        // At least one entry, so that an empty size is reported as such by the builder rather
-        // than as a missing destination.
-        std::vector<noisepp::TextureColor> buffer(std::max<std::size_t>(pixels, 1));
+        // The builder writes straight into the image: its pixels are four floats in the
+        // colour's order, rows bottom-up like the plane's lines, so no serial copy follows the
+        // parallel render. An empty image still gets a destination, so that the builder reports
+        // the empty size rather than a missing destination.
+        static_assert(sizeof(noisepp::TextureColor) == 4 * sizeof(float) &&
+                      std::is_standard_layout_v<noisepp::TextureColor>);
+        noisepp::TextureColor empty;
+        noisepp::TextureColor* destination =
+            pixels > 0 ? reinterpret_cast<noisepp::TextureColor*>(image->GetArray()) : &empty;
         noisepp::utils::PlaneBuilder builder;
         builder.setModule(texture.module());
-        builder.setDestination(buffer.data());
+        builder.setDestination(destination);
         builder.setSize(whole.width, whole.height);
         // The window counts rows from the top; the plane's lines, like the image's rows, from
         // the bottom.
@@ -104,15 +110,6 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setSeamless(seamless);
         builder.setThreadCount(options.threads);
         builder.build();
-
-        float* pixel = image->GetArray();
-        const int channels = image->GetNumChannels();
-        for (std::size_t i = 0; i < pixels; ++i, pixel += channels) {
-            pixel[0] = buffer[i].red;
-            pixel[1] = buffer[i].green;
-            pixel[2] = buffer[i].blue;
-            pixel[3] = buffer[i].opacity;
-        }
     }
     Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());
 }

@@ -11,7 +11,9 @@
 #include <memory>
 #include <optional>
 
+#include "host/AtomicFile.h"
 #include "host/Image.h"
+#include "host/ImageLibraryError.h"
 #include "host/ImageStreamWriter.h"
 #include "host/TileManifest.h"
 #include "host/TilePlan.h"
@@ -33,8 +35,10 @@ Examples:
 
 Exit status: 0 written, 1 the output could not be written, 2 a bad, foreign or incomplete set.)";
 
-// Rows of all tiles of a tile row read and written at once.
-constexpr int kBandSide = 1024;
+// Pixels of all tiles of a tile row read and written at once, in bands of a multiple of 256
+// rows: the file tile side of tiled tile renders.
+constexpr int kBandPixels = 1 << 20;
+constexpr int kBandAlignment = 256;
 
 std::string Describe(const TileManifest& tile) {
     return "tile " + std::to_string(tile.index) + " (column " + std::to_string(tile.column) +
@@ -114,7 +118,7 @@ public:
         mInput = OIIO::ImageInput::open(tile.file, &config);
         const std::string where = "tile image '" + tile.file + "' of " + Describe(tile) + ": ";
         if (!mInput) {
-            *error = where + OIIO::geterror();
+            *error = where + ImageLibraryError({});
             return false;
         }
         const OIIO::ImageSpec& spec = mInput->spec();
@@ -135,10 +139,19 @@ public:
     Image* ReadRows(int y0, int y1, std::string* error) {
         const OIIO::ImageSpec& spec = mInput->spec();
         const int channels = spec.nchannels;
-        std::vector<float> values(static_cast<std::size_t>(spec.width) * (y1 - y0) * channels);
-        if (!mInput->read_scanlines(0, 0, y0, y1, 0, 0, channels, OIIO::TypeDesc::FLOAT,
-                                    values.data())) {
-            *error = "tile image '" + mTile->file + "': " + mInput->geterror();
+        // Tiled files are read by whole rows of file tiles (the library reads them no other
+        // way) and the rows asked for taken from those.
+        const int side = spec.tile_height > 0 ? spec.tile_height : 1;
+        const int first = y0 / side * side;
+        const int last = std::min((y1 + side - 1) / side * side, spec.height);
+        std::vector<float> values(static_cast<std::size_t>(spec.width) * (last - first) * channels);
+        const bool read = spec.tile_width > 0
+                              ? mInput->read_tiles(0, 0, 0, spec.width, first, last, 0, 1, 0,
+                                                   channels, OIIO::TypeDesc::FLOAT, values.data())
+                              : mInput->read_scanlines(0, 0, y0, y1, 0, 0, channels,
+                                                       OIIO::TypeDesc::FLOAT, values.data());
+        if (!read) {
+            *error = "tile image '" + mTile->file + "': " + ImageLibraryError(mInput->geterror());
             return nullptr;
         }
         const int opacity = spec.alpha_channel >= 0 ? spec.alpha_channel : channels > 3 ? 3 : -1;
@@ -147,7 +160,8 @@ public:
         for (int row = y1 - y0 - 1; row >= 0; --row)
             for (int x = 0; x < spec.width; ++x, out += 4) {
                 const float* in =
-                    &values[(static_cast<std::size_t>(row) * spec.width + x) * channels];
+                    &values[(static_cast<std::size_t>(row + y0 - first) * spec.width + x) *
+                            channels];
                 std::copy(in, in + 3, out);
                 out[3] = opacity >= 0 ? in[opacity] : 1.0f;
             }
@@ -159,36 +173,43 @@ private:
     std::unique_ptr<OIIO::ImageInput> mInput;
 };
 
-/// A hidden file beside `target` that is removed unless it is renamed over the target.
-class TemporaryOutput {
-public:
-    explicit TemporaryOutput(const fs::path& target)
-        : mTarget(target),
-          mPath(target.parent_path() /
-                ("." + target.filename().string() + ".assemble-" + std::to_string(::getpid()))) {}
-    ~TemporaryOutput() {
-        std::error_code ignored;
-        fs::remove(mPath, ignored);
-    }
-    std::string Path() const { return mPath.string(); }
-    bool Commit(std::string* error) {
-        std::error_code code;
-        fs::rename(mPath, mTarget, code);
-        if (code)
-            *error = "cannot write image '" + mTarget.string() + "': " + code.message();
-        return !code;
-    }
-
-private:
-    fs::path mTarget;
-    fs::path mPath;
-};
-
 std::string LowerExtension(const std::string& path) {
     std::string extension = fs::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension.empty() ? extension : extension.substr(1);
+}
+
+/// Streams the tiles, in tile order, into `writer`; the exit code and `error` on failure.
+int Join(const std::vector<TileManifest>& tiles, ImageStreamWriter& writer, std::string* error) {
+    const TileManifest& first = tiles.front();
+    // Bands of whole file tiles of tiled tiles, so no file tile is read twice.
+    const int bandRows = (std::max(kBandPixels / first.width, 1) + kBandAlignment - 1) /
+                         kBandAlignment * kBandAlignment;
+    // A row of tiles at a time, each read by bands of rows across all its columns: the bands
+    // come in top-to-bottom order, so a scanline output never waits for rows.
+    for (int row = 0; row < first.rows; ++row) {
+        std::vector<TileReader> readers(first.columns);
+        for (int column = 0; column < first.columns; ++column)
+            if (!readers[column].Open(tiles[row * first.columns + column], error))
+                return 2;
+        const PixelRect rowRect = tiles[row * first.columns].rect;
+        for (int y = 0; y < rowRect.height; y += bandRows) {
+            const PixelRect band{0, y, first.width, std::min(bandRows, rowRect.height - y)};
+            for (int column = 0; column < first.columns; ++column) {
+                const PixelRect tile = tiles[row * first.columns + column].rect;
+                std::unique_ptr<Image, void (*)(Image*)> pixels(
+                    readers[column].ReadRows(band.y, band.Bottom(), error),
+                    [](Image* image) { image->Release(); });
+                if (!pixels)
+                    return 2;
+                const PixelRect at{tile.x, tile.y + band.y, tile.width, band.height};
+                if (!writer.Write(at, *pixels, error))
+                    return 1;
+            }
+        }
+    }
+    return 0;
 }
 
 }  // namespace
@@ -225,48 +246,29 @@ int RunAssembleCommand(const AssembleRequest& request) {
         options.bits = first.bits;
     options.tiled = request.tiled;
     options.tileSide = request.tileSide;
-    TemporaryOutput temporary(request.output);
-    auto writer = ImageStreamWriter::Open(temporary.Path(), first.width, first.height, options,
-                                          &error, request.output);
-    if (!writer) {
-        std::cerr << "error: " << error << "\n";
+    try {
+        AtomicFile temporary(request.output);
+        auto writer = ImageStreamWriter::Open(temporary.GetTemporaryPath(), first.width,
+                                              first.height, options, &error, request.output);
+        if (!writer) {
+            std::cerr << "error: " << error << "\n";
+            return 1;
+        }
+        const int code = Join(*tiles, *writer, &error);
+        if (code != 0) {
+            std::cerr << "error: " << error << "\n";
+            return code;
+        }
+        if (!writer->Close(&error)) {
+            std::cerr << "error: " << error << "\n";
+            return 1;
+        }
+        temporary.Commit();
+    } catch (const FileError& failure) {
+        std::cerr << "error: " << failure.what() << "\n";
         return 1;
     }
 
-    // A row of tiles at a time, each read by bands of rows across all its columns: the bands
-    // come in top-to-bottom order, so a scanline output never waits for rows.
-    for (int row = 0; row < first.rows; ++row) {
-        std::vector<TileReader> readers(first.columns);
-        for (int column = 0; column < first.columns; ++column)
-            if (!readers[column].Open((*tiles)[row * first.columns + column], &error)) {
-                std::cerr << "error: " << error << "\n";
-                return 2;
-            }
-        const PixelRect rowRect = (*tiles)[row * first.columns].rect;
-        const TilePlan bands = TilePlan::Schedule(first.width, rowRect.height, kBandSide, 0);
-        for (int b = 0; b < bands.Count(); ++b) {
-            const PixelRect band = bands.Tile(b);
-            for (int column = 0; column < first.columns; ++column) {
-                const PixelRect tile = (*tiles)[row * first.columns + column].rect;
-                std::unique_ptr<Image, void (*)(Image*)> pixels(
-                    readers[column].ReadRows(band.y, band.Bottom(), &error),
-                    [](Image* image) { image->Release(); });
-                if (!pixels) {
-                    std::cerr << "error: " << error << "\n";
-                    return 2;
-                }
-                const PixelRect at{tile.x, tile.y + band.y, tile.width, band.height};
-                if (!writer->Write(at, *pixels, &error)) {
-                    std::cerr << "error: " << error << "\n";
-                    return 1;
-                }
-            }
-        }
-    }
-    if (!writer->Close(&error) || !temporary.Commit(&error)) {
-        std::cerr << "error: " << error << "\n";
-        return 1;
-    }
     std::cout << request.output << ": " << first.width << " x " << first.height << " pixels from "
               << first.columns << " x " << first.rows << " tiles\n";
     return 0;

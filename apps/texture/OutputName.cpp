@@ -52,12 +52,15 @@ bool ExpandOutputName(const std::string& pattern, const OutputFields& fields, st
         } else if (field == "index" ||
                    (field.rfind("index:", 0) == 0 && IsWidth(field.substr(6)))) {
             *name += Padded(fields.index, field.size() > 6 ? field.substr(6) : "");
+        } else if (field == "tile" || field == "col" || field == "row") {
+            // Left for the tile task, which knows its place in the split.
+            *name += "{" + field + "}";
         } else if (const auto value = fields.values.find(field); value != fields.values.end()) {
             *name += value->second;
         } else {
             *error = "output name '" + pattern + "': unknown field {" + field +
-                     "} (known: {doc}, {node}, {index}, {index:04} and NODE.ATTR of --set or "
-                     "--sweep)";
+                     "} (known: {doc}, {node}, {index}, {index:04}, NODE.ATTR of --set or "
+                     "--sweep, and {tile}, {col}, {row} with --tiles)";
             return false;
         }
     }

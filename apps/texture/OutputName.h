@@ -5,6 +5,7 @@
 
 /// What an output file pattern may name: {doc}, {node}, {index} (or {index:04} for a width
 /// padded with zeros) and {NODE.ATTR} for any attribute set or swept on the command line.
+/// {tile}, {col} and {row} stay as they are for a tile task to fill.
 struct OutputFields {
     std::string doc;  ///< the document's file name without ".texture.json" or its last extension
     std::string node;

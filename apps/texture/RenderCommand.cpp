@@ -170,6 +170,16 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
         }
     }
 
+    if (options.large.Applies()) {
+        if (targets.size() != 1 || options.output.empty() || plan.size() != 1) {
+            std::cerr << "error: --size and --tiles render one node, without --sweep, into the "
+                         "file of -o\n";
+            return 2;
+        }
+        return LargeRender(engine, options.large)
+            .Run(*targets.front(), plan.front().front().file, options.document);
+    }
+
     const auto start = std::chrono::steady_clock::now();
     auto elapsedMs = [&] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(

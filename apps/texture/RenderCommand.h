@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/texture/LargeRender.h"
+
 class Document;
 class Engine;
 class PluginLoader;
@@ -19,6 +21,7 @@ struct RenderRequest {
     bool keepGoing = false;  ///< write a node's image even when a node upstream of it failed
     int bits = 8;
     bool quiet = false;
+    LargeRenderRequest large;  ///< --size, --tile-size, --tiles, --tile
 };
 
 /// Loads the document, applies the overrides and renders the requested nodes once per sweep

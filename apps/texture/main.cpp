@@ -3,10 +3,12 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "apps/texture/AssembleCommand.h"
+#include "apps/texture/LargeRender.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
 #include "host/Document.h"
@@ -26,6 +28,8 @@ Examples:
   texture render scene.texture.json --set noise.octaves=6 --set noise.kind=Ridged -o out.png
   texture render scene.texture.json --sweep noise.seed=1:64 -o 'renders/{doc}-{noise.seed}.png'
   texture render - -o out.exr < scene.texture.json    the document from standard input
+  texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
+  texture render scene.texture.json -o tile-{tile}.png --size 8192x8192 --tiles 3x2 --tile 4
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
@@ -130,6 +134,43 @@ int main(int argc, char** argv) {
         ->check(CLI::PositiveNumber);
     renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
         ->check(CLI::IsMember({8, 16}));
+    const auto pair = [](const char* option, int* a, int* b) {
+        return [=](const std::string& given) {
+            if (!LargeRender::ParseSize(given, a, b))
+                throw CLI::ValidationError(
+                    option, "expects two positive integers as WxH, not '" + given + "'");
+        };
+    };
+    LargeRenderRequest& large = render.large;
+    auto* sizeOption = renderCommand->add_option_function<std::string>(
+        "--size", pair("--size", &large.width, &large.height),
+        "render at WxH pixels, beyond the frame's limit up to --max-size (Render 2D only)");
+    renderCommand
+        ->add_option("--tile-size", large.tileSize,
+                     "render and hold at most NxN pixels at once with --size (default 4096)")
+        ->check(CLI::PositiveNumber)
+        ->needs(sizeOption);
+    auto* tilesOption =
+        renderCommand
+            ->add_option_function<std::string>(
+                "--tiles", pair("--tiles", &large.columns, &large.rows),
+                "split the --size output into CxR tiles and render one of them (see --tile)")
+            ->needs(sizeOption);
+    renderCommand
+        ->add_option("--tile", large.tile,
+                     "the tile to render, row-major from the top-left, from 0; -o may hold "
+                     "{col}, {row} and {tile}")
+        ->check(CLI::NonNegativeNumber)
+        ->needs(tilesOption);
+    tilesOption->needs("--tile");
+    renderCommand
+        ->add_option("--compression", large.zipLevel,
+                     "zip level of PNG files with --size: 0 to 9, none (0), fast (1, the default) "
+                     "or small (9)")
+        ->transform(CLI::Transformer(
+            std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
+        ->check(CLI::Range(0, 9))
+        ->needs(sizeOption);
     auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
 
@@ -161,6 +202,9 @@ int main(int argc, char** argv) {
         return RunAssembleCommand(assemble);  // needs no plug-in
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
+    large.bits = render.bits;
+    large.quiet = render.quiet;
+    large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
     // Before the plug-in loads, so that no render can start with other options.
     Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));

@@ -18,9 +18,9 @@ namespace {
 
 /// Cuts the known image into a 3 x 2 split, writes each tile with its manifest in `folder` and
 /// runs `texture assemble` on the manifests, spoilt first by `spoil`, into `out`.
-testsupport::CommandResult Assemble(const testsupport::TempFolder& folder, const std::string& extension,
-                            int bits, const std::string& out,
-                            const std::function<void(Manifests&)>& spoil = {}) {
+testsupport::CommandResult Assemble(const testsupport::TempFolder& folder,
+                                    const std::string& extension, int bits, const std::string& out,
+                                    const std::function<void(Manifests&)>& spoil = {}) {
     const TilePlan plan = *TilePlan::Split(kWidth, kHeight, 3, 2, nullptr);
     Manifests manifests;
     for (int i = 0; i < plan.Count(); ++i) {
@@ -80,7 +80,8 @@ TEST(AssembleTest, IncompleteDuplicatedOrForeignTilesAreRefusedByName) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         testsupport::TempFolder folder;
-        const testsupport::CommandResult run = Assemble(folder, ".png", 8, folder / "out.png", c.spoil);
+        const testsupport::CommandResult run =
+            Assemble(folder, ".png", 8, folder / "out.png", c.spoil);
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_NE(run.err.find(c.named), std::string::npos) << run.err;
         EXPECT_FALSE(std::filesystem::exists(folder / "out.png"));
