@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/texture/AssembleCommand.h"
+#include "apps/texture/CheckCommand.h"
 #include "apps/texture/LargeRender.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
@@ -42,18 +43,6 @@ missing folders are created.
 Exit status: 0 success, 1 render failure (a node in error, an image not written), 2 bad usage or
 bad document.
 The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so next to texture.)";
-
-int RunCheck(const PluginLoader& catalogue, const std::string& path) {
-    Document document;
-    std::string error;
-    if (!LoadDocumentArgument(document, path, *Engine::Get(), catalogue, &error)) {
-        std::cerr << "error: " << error << "\n";
-        return 2;
-    }
-    std::cout << path << ": ok, " << Engine::Get()->GetNodes().size() << " nodes, "
-              << Engine::Get()->GetLinks().size() << " links\n";
-    return 0;
-}
 
 int RunSelfCheck(const PluginLoader& catalogue) {
     const auto& types = catalogue.GetNodeInterfaces();

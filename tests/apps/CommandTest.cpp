@@ -71,4 +71,38 @@ TEST(CommandTest, RenderExitStatusTellsSuccessFailureAndBadUsageApart) {
     }
 }
 
+TEST(CommandTest, CheckFindsWhatARenderWouldStumbleOnWithoutRendering) {
+    const testsupport::TempFolder folder;
+    folder.Write("broken.png", "\x89PNG\r\n\x1a\n not really");
+    auto document = [&](const std::string& name, const std::string& frame,
+                        const std::string& image) {
+        const std::string photo =
+            image.empty() ? ""
+                          : R"({"id": "photo", "type": "Image File", "attributes": {"file": ")" +
+                                image + R"("}},)";
+        return folder.Write(name, R"({"format": "texture-graph", "version": 1, "nodes": [)" +
+                                      photo + R"({"id": "noise", "type": "Perlin Texture"},
+            {"id": "out", "type": "Render 2D Texture", "attributes": {"frame": )" +
+                                      frame + R"(}}],
+            "links": [{"from": "noise.texture", "to": "out.texture"}], "display": "out"})");
+    };
+    struct CheckRow {
+        std::string document;
+        int exitCode;
+        const char* says;
+    };
+    const CheckRow rows[] = {
+        {document("good.texture.json", "[0, 0, 8, 8]", ""), 0, "ok, 2 nodes"},
+        {document("thin.texture.json", "[0, 0, 0.5, 8]", ""), 2, "the frame is 0 x 8 pixels"},
+        {document("image.texture.json", "[0, 0, 8, 8]", "broken.png"), 2, "node 'photo'"},
+    };
+    for (const CheckRow& row : rows) {
+        const testsupport::CommandResult result = testsupport::RunTexture({"check", row.document});
+        SCOPED_TRACE(row.document + "\nstdout: " + result.out + "\nstderr: " + result.err);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        const std::string& said = row.exitCode == 0 ? result.out : result.err;
+        EXPECT_NE(said.find(row.says), std::string::npos) << "missing: " << row.says;
+    }
+}
+
 }  // namespace
