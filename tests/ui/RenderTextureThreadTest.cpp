@@ -39,9 +39,8 @@ protected:
 };
 
 TEST_F(RenderPreviewTest, SamplesPixelCentresOfTheChosenRectangleAtFixedZ) {
-    Node* node = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+    Node* node = AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()),
+                         "probe");
     struct Case {
         float startX, startY, rangeX, rangeY, fixedZ;
         bool keepAspect;
@@ -95,8 +94,7 @@ TEST_F(RenderPreviewTest, FailsWithoutTouchingTheBufferWhenThereIsNothingToRende
     EXPECT_TRUE(fails(ParametersFor(noModule)));
 
     Node* probe = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+        std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()), "probe");
     Parameters zeroRange = ParametersFor(probe);
     zeroRange.rangeX = 0.0f;
     EXPECT_TRUE(fails(zeroRange));
@@ -141,9 +139,8 @@ TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageAndBlackWhenRenderingFail
 
 TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     uitest::Gate gate;
-    Node* slow = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::GatedModule>(&gate)),
-        "slow");
+    Node* slow =
+        AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeGatedModule(&gate)), "slow");
     auto constant = std::make_unique<noisepp::ConstantModule>();
     constant->setColor({0.0f, 1.0f, 0.0f, 1.0f});
     Node* fast = AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "fast");
@@ -151,11 +148,11 @@ TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     ImageCollector collector(thread);
 
     thread.Render(ParametersFor(slow), QSize(4, 4));
-    ASSERT_TRUE(gate.WaitForArrival());
+    ASSERT_TRUE(SpinUntil([&] { return gate.arrived.load(); }));
     // The new request has to wait for the running render, so it is made on a thread of its own.
     std::thread requester([&] { thread.Render(ParametersFor(fast), QSize(4, 4)); });
     ASSERT_TRUE(SpinUntil([&] { return thread.IsRequestWaiting(); }));
-    gate.Open();
+    gate.open.count_down();
     requester.join();
 
     ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
@@ -165,9 +162,8 @@ TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
 }
 
 TEST_F(RenderPreviewTest, EmptySizeRendersNothingAndDestructionEndsAnIdleThread) {
-    Node* node = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+    Node* node = AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()),
+                         "probe");
     auto thread = std::make_unique<QRenderTextureThread>();
     ImageCollector collector(*thread);
     thread->Render(ParametersFor(node), QSize(0, 5));
