@@ -118,25 +118,6 @@ private:
     QObject mContext;
 };
 
-TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageAndBlackWhenRenderingFails) {
-    auto constant = std::make_unique<noisepp::ConstantModule>();
-    constant->setColor({0.0f, 0.0f, 1.0f, 1.0f});
-    Node* node =
-        AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "constant");
-    QRenderTextureThread thread;
-    ImageCollector collector(thread);
-
-    thread.Render(ParametersFor(node), QSize(8, 4));
-    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 1; }));
-    EXPECT_EQ(collector.images[0].size(), QSize(8, 4));
-    EXPECT_EQ(collector.images[0].pixel(7, 0), qRgb(0, 0, 255));
-
-    thread.Render(ParametersFor(nullptr), QSize(3, 3));
-    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 2; }));
-    EXPECT_EQ(collector.images[1].size(), QSize(3, 3));
-    EXPECT_EQ(collector.images[1].pixel(1, 1) & 0xffffffu, 0u);
-}
-
 TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     uitest::Gate gate;
     Node* slow =
@@ -161,17 +142,24 @@ TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     EXPECT_EQ(collector.images.size(), 1u);
 }
 
-TEST_F(RenderPreviewTest, EmptySizeRendersNothingAndDestructionEndsAnIdleThread) {
-    Node* node = AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()),
-                         "probe");
+TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageNothingForNoSizeBlackOnFailureEndsIdle) {
+    auto constant = std::make_unique<noisepp::ConstantModule>();
+    constant->setColor({0.0f, 0.0f, 1.0f, 1.0f});
+    Node* node =
+        AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "constant");
     auto thread = std::make_unique<QRenderTextureThread>();
     ImageCollector collector(*thread);
+
     thread->Render(ParametersFor(node), QSize(0, 5));
-    thread->Render(QSize(2, 2));
+    thread->Render(QSize(8, 4));
     ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
-    EXPECT_EQ(collector.images.back().size(), QSize(2, 2));
-    for (const QImage& image : collector.images)
-        EXPECT_FALSE(image.isNull());
+    EXPECT_EQ(collector.images[0].size(), QSize(8, 4)) << "an empty size renders nothing";
+    EXPECT_EQ(collector.images[0].pixel(7, 0), qRgb(0, 0, 255));
+
+    thread->Render(ParametersFor(nullptr), QSize(3, 3));
+    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 2; }));
+    EXPECT_EQ(collector.images[1].size(), QSize(3, 3));
+    EXPECT_EQ(collector.images[1].pixel(1, 1) & 0xffffffu, 0u);
     EXPECT_TRUE(thread->isRunning());
     thread.reset();  // must return: the sleeping loop is woken and aborted
 }
