@@ -105,84 +105,45 @@ TEST_F(Render3DNodeTest, ScalesThenRotatesWithNegatedAnglesThenTranslatesDrivenB
         const char* name;
         std::vector<std::pair<const char*, Point>> settings;
         const char* drivenInput;  // the inplug the image drives, null for no image
-        std::function<std::array<float, 4>(int, int)> image;
+        std::function<std::array<float, 4>(int, int)> image;  // the driving image's pixels
         std::function<Point3(int, int, double, double)> point;
     };
+    using Pixel = std::array<float, 4>;
+    // clang-format off
     const Row rows[] = {
         // A quad with UVs equal to its positions shows the texture at pixel centres.
-        {"identity",
-         {},
-         nullptr,
-         {},
-         [](int, int, double x, double y) {
-             return Point3{x, y, 0};
-         }},
+        {"identity", {}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{x, y, 0}; }},
         // Rz(-90) takes (x, y) to (y, -x): the texture turns by -90 degrees.
-        {"rotate z",
-         {{"rotate_z", {90, 90}}},
-         nullptr,
-         {},
-         [](int, int, double x, double y) {
-             return Point3{y, -x, 0};
-         }},
-        {"rotate x",
-         {{"rotate_x", {90, 90}}},
-         nullptr,
-         {},
-         [](int, int, double x, double y) {
-             return Point3{x, 0, -y};
-         }},
-        {"rotate y, translate z",
-         {{"rotate_y", {90, 90}}, {"translate_z", {0.5, 0.5}}},
-         nullptr,
-         {},
-         [](int, int, double x, double y) {
-             return Point3{0, y, x - 0.5};
-         }},
+        {"rotate z", {{"rotate_z", {90, 90}}}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{y, -x, 0}; }},
+        {"rotate x", {{"rotate_x", {90, 90}}}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{x, 0, -y}; }},
+        {"rotate y, translate z", {{"rotate_y", {90, 90}}, {"translate_z", {0.5, 0.5}}},
+         nullptr, {},
+         [](int, int, double x, double y) { return Point3{0, y, x - 0.5}; }},
         // S: (x/2, 2y, 0); Rx(-90): (x/2, 0, -2y); Rz(-90): (0, -x/2, -2y); minus (0.25, -1, 0).
         {"scale, rotate x and z, translate",
-         {{"scale_x", {2, 2}},
-          {"scale_y", {0.5, 0.5}},
-          {"rotate_x", {90, 90}},
-          {"rotate_z", {90, 90}},
-          {"translate_x", {0.25, 0.25}},
-          {"translate_y", {-1, -1}}},
-         nullptr,
-         {},
-         [](int, int, double x, double y) {
-             return Point3{-0.25, -x / 2 + 1, -2 * y};
-         }},
+         {{"scale_x", {2, 2}}, {"scale_y", {0.5, 0.5}}, {"rotate_x", {90, 90}},
+          {"rotate_z", {90, 90}}, {"translate_x", {0.25, 0.25}}, {"translate_y", {-1, -1}}},
+         nullptr, {},
+         [](int, int, double x, double y) { return Point3{-0.25, -x / 2 + 1, -2 * y}; }},
         {"grey translate image",
-         {{"translate_x", {0, 1}}, {"translate_y", {1, 3}}, {"translate_z", {0, -4}}},
-         "translate",
-         [](int i, int j) {
-             return std::array<float, 4>{Grey(i, j), Grey(i, j), Grey(i, j), 1};
-         },
+         {{"translate_x", {0, 1}}, {"translate_y", {1, 3}}, {"translate_z", {0, -4}}}, "translate",
+         [](int i, int j) { return Pixel{Grey(i, j), Grey(i, j), Grey(i, j), 1}; },
          [](int i, int j, double x, double y) {
-             const double v = Grey(i, j);
-             return Point3{x - v, y - (1 + 2 * v), 4 * v};
-         }},
+             return Point3{x - Grey(i, j), y - (1 + 2 * Grey(i, j)), 4 * Grey(i, j)}; }},
         // Intensity 0.5 halfway between 1 and 3 is 2.
-        {"grey scale image",
-         {{"scale_x", {1, 3}}, {"scale_y", {1, 5}}},
-         "scale",
-         [](int, int) {
-             return std::array<float, 4>{0.5f, 0.5f, 0.5f, 1};
-         },
-         [](int, int, double x, double y) {
-             return Point3{x / 2, y / 3, 0};
-         }},
+        {"grey scale image", {{"scale_x", {1, 3}}, {"scale_y", {1, 5}}}, "scale",
+         [](int, int) { return Pixel{0.5f, 0.5f, 0.5f, 1}; },
+         [](int, int, double x, double y) { return Point3{x / 2, y / 3, 0}; }},
         // Each axis from its own channel: rotation about z only where red is set, the left half.
-        {"colour rotate image",
-         {{"rotate_x", {0, 90}}, {"rotate_z", {0, 90}}},
-         "rotate",
-         [](int i, int) {
-             return std::array<float, 4>{0, 0, i < kSize / 2 ? 1.0f : 0.0f, 1};
-         },
+        {"colour rotate image", {{"rotate_x", {0, 90}}, {"rotate_z", {0, 90}}}, "rotate",
+         [](int i, int) { return Pixel{0, 0, i < kSize / 2 ? 1.0f : 0.0f, 1}; },
          [](int i, int, double x, double y) {
-             return i < kSize / 2 ? Point3{y, -x, 0} : Point3{x, y, 0};
-         }},
+             return i < kSize / 2 ? Point3{y, -x, 0} : Point3{x, y, 0}; }},
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         Graph3D g;
