@@ -138,20 +138,25 @@ public:
 };
 
 /// The colour at (x, y, z) is (x, y, z, 1): a render shows where it sampled the texture.
+/// Squared, it is (x * x, y * y, z * z, 1), whose pixel averages tell sample counts apart.
 class ProbeModule : public noisepp::Module {
 public:
-    ProbeModule() : Module(0) {}
+    explicit ProbeModule(bool squared = false) : Module(0), mSquared(squared) {}
     std::size_t addToPipeline(noisepp::Pipeline3D* pipeline) const override {
-        return pipeline->addElement(this, new Element());
+        return pipeline->addElement(this, new Element(mSquared));
     }
     int getType() const override { return -1; }
 
 private:
     struct Element : noisepp::PipelineElement3D {
+        explicit Element(bool squared) : squared(squared) {}
         noisepp::TextureColor getValue(double x, double y, double z) const override {
-            return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
+            const auto f = [this](double v) { return static_cast<float>(squared ? v * v : v); };
+            return {f(x), f(y), f(z), 1.0f};
         }
+        bool squared;
     };
+    bool mSquared;
 };
 
 /// The unit square at z = 0 with UVs equal to its positions: every pixel centre of a render
@@ -191,16 +196,10 @@ private:
 
 /// A local engine with a ModuleSourceNode "source" linked to a render node "render".
 template <class RenderNode>
-class RenderGraph {
+class RenderGraph : public gentest::NodeGraph {
 public:
-    RenderGraph() {
-        source = static_cast<ModuleSourceNode*>(
-            engine.AddNode(std::make_unique<ModuleSourceNode>(), "source"));
-        render = static_cast<RenderNode*>(engine.AddNode(std::make_unique<RenderNode>(), "render"));
-        std::string error;
-        EXPECT_TRUE(engine.Connect(source, 0, render,
-                                   static_cast<unsigned>(render->FindInplug("texture")), &error))
-            << error;
+    RenderGraph() : source(Add<ModuleSourceNode>("source")), render(Add<RenderNode>("render")) {
+        Connect(source, render, "texture");
     }
 
     /// Publishes `module` (borrowed) from the source node; null publishes no texture.
@@ -209,20 +208,13 @@ public:
         engine.MarkDirty(source);
     }
 
+    using NodeGraph::Set;
     void Set(const std::string& attribute, const NodeValue& value) {
-        const Attribute* found = render->FindAttribute(attribute);
-        ASSERT_NE(found, nullptr) << attribute;
-        std::string error;
-        EXPECT_TRUE(engine.SetAttributeValue(render, found->GetId(), value, &error)) << error;
+        Set(render, attribute, value);
     }
 
     /// Links an image node's output 0 to the render node's inplug `inplug`.
-    void ConnectImage(Node* from, const std::string& inplug) {
-        std::string error;
-        EXPECT_TRUE(engine.Connect(from, 0, render,
-                                   static_cast<unsigned>(render->FindInplug(inplug)), &error))
-            << error;
-    }
+    void ConnectImage(Node* from, const std::string& inplug) { Connect(from, render, inplug); }
 
     /// Evaluates the render node and returns the value on its image outplug (holding a
     /// reference to the image, if any).
@@ -241,9 +233,8 @@ public:
         return {data, data + static_cast<std::size_t>(image->GetSizeX()) * image->GetSizeY() * 4};
     }
 
-    Engine engine;
-    ModuleSourceNode* source = nullptr;
-    RenderNode* render = nullptr;
+    ModuleSourceNode* source;
+    RenderNode* render;
 };
 
 using gentest::ImageSourceNode;

@@ -8,9 +8,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <functional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "nodes/ImageRender2DTextureNode.h"
@@ -29,13 +30,13 @@ using rendertest::RenderGraph;
 
 constexpr int kSize = 8;
 
-/// The centre of pixel (i, j) of a kSize x kSize render, in UV (and, on the unit quad, in
-/// world) coordinates.
+/// The centre of pixel i of a kSize-wide render, in UV (and, on the unit quad, in world)
+/// coordinates.
 double Centre(int i) {
     return (i + 0.5) / kSize;
 }
 
-/// A kSize x kSize image whose pixel (i, j) is color(i, j).
+/// A width x height image whose pixel (i, j) is color(i, j).
 template <class Color>
 Image* MakeImage(int width, int height, Color color) {
     auto* image = new Image(width, height);
@@ -48,15 +49,15 @@ Image* MakeImage(int width, int height, Color color) {
     return image;
 }
 
+using Graph3D = RenderGraph<ImageRender3DTextureNode>;
+using Point3 = std::array<double, 3>;
+
 class Render3DNodeTest : public ::testing::Test {
 protected:
     void SetUp() override {
         quadPath = folder.Write("quad.obj", rendertest::kUnitQuadObj);
         Engine::Get()->SetSceneModels({quadPath});
-        graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, kSize, kSize}));
-        graph.Set("mesh", NodeValue::Mesh(MeshReference{0, -1, false}));
-        graph.Set("prefilter", NodeValue::Number(0));
-        graph.SetTexture(&probe);
+        Configure(graph);
     }
     void TearDown() override {
         graph.engine.Clear();
@@ -64,117 +65,99 @@ protected:
         noisepp::utils::setProcessorCount(0);
     }
 
-    /// Expects pixel (i, j) of `pixels` (kSize wide) to show the probe sampled at `point`.
-    static void ExpectProbe(const std::vector<float>& pixels, int i, int j,
-                            const std::array<double, 3>& point) {
-        const float* p = &pixels[(static_cast<std::size_t>(j) * kSize + i) * 4];
-        EXPECT_NEAR(p[0], point[0], 1e-5) << "x at pixel " << i << ", " << j;
-        EXPECT_NEAR(p[1], point[1], 1e-5) << "y at pixel " << i << ", " << j;
-        EXPECT_NEAR(p[2], point[2], 1e-5) << "z at pixel " << i << ", " << j;
-        EXPECT_EQ(p[3], 1.0f);
+    /// A kSize x kSize render of the probe on the unit quad, without prefiltering.
+    void Configure(Graph3D& g) {
+        g.Set("frame", NodeValue::FromFrame(Frame{0, 0, kSize, kSize}));
+        g.Set("mesh", NodeValue::Mesh(MeshReference{0, -1, false}));
+        g.Set("prefilter", NodeValue::Number(0));
+        g.SetTexture(&probe);
     }
 
-    /// Renders and expects every pixel to show the probe at point(x, y) of its centre.
+    /// Renders and expects every pixel (i, j) to show the probe at point(i, j, x, y) of its
+    /// centre (x, y).
     template <class Mapping>
-    void ExpectMapping(Mapping point) {
-        const std::vector<float> pixels = graph.Pixels();
+    static void ExpectMapping(Graph3D& g, Mapping point) {
+        const std::vector<float> pixels = g.Pixels();
         ASSERT_EQ(pixels.size(), static_cast<std::size_t>(kSize * kSize * 4));
         for (int j = 0; j < kSize; ++j)
-            for (int i = 0; i < kSize; ++i)
-                ExpectProbe(pixels, i, j, point(i, j, Centre(i), Centre(j)));
+            for (int i = 0; i < kSize; ++i) {
+                const Point3 expected = point(i, j, Centre(i), Centre(j));
+                const float* p = &pixels[(static_cast<std::size_t>(j) * kSize + i) * 4];
+                for (int c = 0; c < 3; ++c)
+                    EXPECT_NEAR(p[c], expected[c], 1e-5) << c << " at pixel " << i << ", " << j;
+                EXPECT_EQ(p[3], 1.0f);
+            }
     }
 
     testsupport::TempFolder folder;
     std::string quadPath;
     ProbeModule probe;
-    RenderGraph<ImageRender3DTextureNode> graph;
+    Graph3D graph;
 };
 
-TEST_F(Render3DNodeTest, AQuadWithUvsEqualToItsPositionsShowsTheTextureAtPixelCentres) {
-    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{x, y, 0.0}; });
+/// A value per pixel that tells column and row apart.
+float Grey(int i, int j) {
+    return static_cast<float>(i + kSize * j) / (kSize * kSize);
 }
 
-TEST_F(Render3DNodeTest, ScalesThenRotatesWithNegatedAnglesThenTranslates) {
-    graph.Set("rotate_z", NodeValue::FromPoint(Point{90, 90}));
-    // Rz(-90) takes (x, y) to (y, -x): the texture turns by -90 degrees.
-    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{y, -x, 0.0}; });
-
-    graph.Set("rotate_z", NodeValue::FromPoint(Point{0, 0}));
-    graph.Set("rotate_x", NodeValue::FromPoint(Point{90, 90}));
-    // Rx(-90) takes (x, y, 0) to (x, 0, -y).
-    ExpectMapping([](int, int, double x, double y) { return std::array<double, 3>{x, 0.0, -y}; });
-
-    graph.Set("rotate_x", NodeValue::FromPoint(Point{0, 0}));
-    graph.Set("rotate_y", NodeValue::FromPoint(Point{90, 90}));
-    graph.Set("translate_z", NodeValue::FromPoint(Point{0.5, 0.5}));
-    // Ry(-90) takes (x, y, 0) to (0, y, x).
-    ExpectMapping([](int, int, double x, double y) {
-        return std::array<double, 3>{0.0, y, x - 0.5};
-    });
-
-    // All together: divide by the scale, then rotate about x, y and z, then translate.
-    graph.Set("rotate_y", NodeValue::FromPoint(Point{0, 0}));
-    graph.Set("translate_z", NodeValue::FromPoint(Point{0, 0}));
-    graph.Set("scale_x", NodeValue::FromPoint(Point{2, 2}));
-    graph.Set("scale_y", NodeValue::FromPoint(Point{0.5, 0.5}));
-    graph.Set("rotate_x", NodeValue::FromPoint(Point{90, 90}));
-    graph.Set("rotate_z", NodeValue::FromPoint(Point{90, 90}));
-    graph.Set("translate_x", NodeValue::FromPoint(Point{0.25, 0.25}));
-    graph.Set("translate_y", NodeValue::FromPoint(Point{-1, -1}));
-    // S: (x/2, 2y, 0); Rx(-90): (x/2, 0, -2y); Rz(-90): (0, -x/2, -2y); minus (0.25, -1, 0).
-    ExpectMapping([](int, int, double x, double y) {
-        return std::array<double, 3>{-0.25, -x / 2 + 1, -2 * y};
-    });
-}
-
-TEST_F(Render3DNodeTest, AGreyImageDrivesAllThreeAxesPixelByPixel) {
-    auto* images = graph.engine.AddNode(std::make_unique<ImageSourceNode>(), "images");
-    auto* source = static_cast<ImageSourceNode*>(images);
-    // A value per pixel that tells column and row apart.
-    auto grey = [](int i, int j) { return static_cast<float>(i + kSize * j) / (kSize * kSize); };
-    source->SetImage(MakeImage(kSize, kSize, [&](int i, int j) {
-        const float v = grey(i, j);
-        return std::array<float, 4>{v, v, v, 1.0f};
-    }));
-    graph.ConnectImage(images, "translate");
-    graph.Set("translate_x", NodeValue::FromPoint(Point{0, 1}));
-    graph.Set("translate_y", NodeValue::FromPoint(Point{1, 3}));
-    graph.Set("translate_z", NodeValue::FromPoint(Point{0, -4}));
-    ExpectMapping([&](int i, int j, double x, double y) {
-        const double v = grey(i, j);
-        return std::array<double, 3>{x - v, y - (1 + 2 * v), 4 * v};
-    });
-    EXPECT_EQ(graph.render->GetState(), Node::kStateOk);
-
-    // The same image steering the scale: intensity 0.5 halfway between 1 and 3 is 2.
-    graph.engine.Disconnect(graph.render,
-                            static_cast<unsigned>(graph.render->FindInplug("translate")));
-    for (const char* name : {"translate_x", "translate_y", "translate_z"})
-        graph.Set(name, NodeValue::FromPoint(Point{0, 0}));
-    source->SetImage(MakeImage(kSize, kSize, [](int, int) {
-        return std::array<float, 4>{0.5f, 0.5f, 0.5f, 1.0f};
-    }));
-    graph.engine.MarkDirty(images);
-    graph.ConnectImage(images, "scale");
-    graph.Set("scale_x", NodeValue::FromPoint(Point{1, 3}));
-    graph.Set("scale_y", NodeValue::FromPoint(Point{1, 5}));
-    ExpectMapping([](int, int, double x, double y) {
-        return std::array<double, 3>{x / 2, y / 3, 0.0};
-    });
-}
-
-TEST_F(Render3DNodeTest, AColourImageDrivesEachAxisFromItsOwnChannel) {
-    auto* images = graph.engine.AddNode(std::make_unique<ImageSourceNode>(), "images");
-    static_cast<ImageSourceNode*>(images)->SetImage(MakeImage(kSize, kSize, [](int i, int) {
-        // Rotation about z only where red is set: the left half of the image.
-        return std::array<float, 4>{0.0f, 0.0f, i < kSize / 2 ? 1.0f : 0.0f, 1.0f};
-    }));
-    graph.ConnectImage(images, "rotate");
-    graph.Set("rotate_x", NodeValue::FromPoint(Point{0, 90}));
-    graph.Set("rotate_z", NodeValue::FromPoint(Point{0, 90}));
-    ExpectMapping([](int i, int, double x, double y) {
-        return i < kSize / 2 ? std::array<double, 3>{y, -x, 0.0} : std::array<double, 3>{x, y, 0.0};
-    });
+TEST_F(Render3DNodeTest, ScalesThenRotatesWithNegatedAnglesThenTranslatesDrivenByImages) {
+    struct Row {
+        const char* name;
+        std::vector<std::pair<const char*, Point>> settings;
+        const char* drivenInput;  // the inplug the image drives, null for no image
+        std::function<std::array<float, 4>(int, int)> image;  // the driving image's pixels
+        std::function<Point3(int, int, double, double)> point;
+    };
+    using Pixel = std::array<float, 4>;
+    // clang-format off
+    const Row rows[] = {
+        // A quad with UVs equal to its positions shows the texture at pixel centres.
+        {"identity", {}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{x, y, 0}; }},
+        // Rz(-90) takes (x, y) to (y, -x): the texture turns by -90 degrees.
+        {"rotate z", {{"rotate_z", {90, 90}}}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{y, -x, 0}; }},
+        {"rotate x", {{"rotate_x", {90, 90}}}, nullptr, {},
+         [](int, int, double x, double y) { return Point3{x, 0, -y}; }},
+        {"rotate y, translate z", {{"rotate_y", {90, 90}}, {"translate_z", {0.5, 0.5}}},
+         nullptr, {},
+         [](int, int, double x, double y) { return Point3{0, y, x - 0.5}; }},
+        // S: (x/2, 2y, 0); Rx(-90): (x/2, 0, -2y); Rz(-90): (0, -x/2, -2y); minus (0.25, -1, 0).
+        {"scale, rotate x and z, translate",
+         {{"scale_x", {2, 2}}, {"scale_y", {0.5, 0.5}}, {"rotate_x", {90, 90}},
+          {"rotate_z", {90, 90}}, {"translate_x", {0.25, 0.25}}, {"translate_y", {-1, -1}}},
+         nullptr, {},
+         [](int, int, double x, double y) { return Point3{-0.25, -x / 2 + 1, -2 * y}; }},
+        {"grey translate image",
+         {{"translate_x", {0, 1}}, {"translate_y", {1, 3}}, {"translate_z", {0, -4}}}, "translate",
+         [](int i, int j) { return Pixel{Grey(i, j), Grey(i, j), Grey(i, j), 1}; },
+         [](int i, int j, double x, double y) {
+             return Point3{x - Grey(i, j), y - (1 + 2 * Grey(i, j)), 4 * Grey(i, j)}; }},
+        // Intensity 0.5 halfway between 1 and 3 is 2.
+        {"grey scale image", {{"scale_x", {1, 3}}, {"scale_y", {1, 5}}}, "scale",
+         [](int, int) { return Pixel{0.5f, 0.5f, 0.5f, 1}; },
+         [](int, int, double x, double y) { return Point3{x / 2, y / 3, 0}; }},
+        // Each axis from its own channel: rotation about z only where red is set, the left half.
+        {"colour rotate image", {{"rotate_x", {0, 90}}, {"rotate_z", {0, 90}}}, "rotate",
+         [](int i, int) { return Pixel{0, 0, i < kSize / 2 ? 1.0f : 0.0f, 1}; },
+         [](int i, int, double x, double y) {
+             return i < kSize / 2 ? Point3{y, -x, 0} : Point3{x, y, 0}; }},
+    };
+    // clang-format on
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        Graph3D g;
+        Configure(g);
+        for (const auto& [name, value] : row.settings)
+            g.Set(name, NodeValue::FromPoint(value));
+        if (row.drivenInput != nullptr) {
+            auto* images = g.Add<ImageSourceNode>("images");
+            images->SetImage(MakeImage(kSize, kSize, row.image));
+            g.ConnectImage(images, row.drivenInput);
+        }
+        ExpectMapping(g, row.point);
+        EXPECT_EQ(g.render->GetState(), Node::kStateOk);
+    }
 }
 
 TEST_F(Render3DNodeTest, DrivingImagesOfAnotherSizeAreDroppedWithAWarning) {
@@ -199,9 +182,7 @@ TEST_F(Render3DNodeTest, DrivingImagesOfAnotherSizeAreDroppedWithAWarning) {
         const bool scale = std::string(c.input) == "scale";
         graph.Set(c.attribute, NodeValue::FromPoint(scale ? Point{1, 4} : Point{0, 45}));
         const rendertest::LogCapture log;
-        ExpectMapping([](int, int, double x, double y) {
-            return std::array<double, 3>{x, y, 0.0};
-        });
+        ExpectMapping(graph, [](int, int, double x, double y) { return Point3{x, y, 0}; });
         EXPECT_EQ(graph.render->GetState(), Node::kStateWarning);
         EXPECT_EQ(graph.render->GetStateMessage(), c.message);
         EXPECT_NE(std::find(log.lines.begin(), log.lines.end(),
@@ -236,6 +217,10 @@ TEST_F(Render3DNodeTest, BothRenderNodesRoundTheFrameHalfDownAndPinTheImage) {
         expectImage(graph, frame, pinX, pinY, width, height);
     }
     EXPECT_NEAR(graph.Pixels()[0], 0.25, 1e-5) << "pixel 0 spans u 0 to 0.5";
+    // 2.5 samples round down to 2 x 2, at u 0.125 and 0.375; 3 x 3 would average x * x higher.
+    ProbeModule squared(true);
+    graph.SetTexture(&squared);
+    EXPECT_NEAR(graph.Pixels()[0], (0.125 * 0.125 + 0.375 * 0.375) / 2, 1e-6);
 }
 
 TEST_F(Render3DNodeTest, BothRenderNodesRefuseImagesLargerThanTheHostAllows) {

@@ -39,9 +39,8 @@ protected:
 };
 
 TEST_F(RenderPreviewTest, SamplesPixelCentresOfTheChosenRectangleAtFixedZ) {
-    Node* node = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+    Node* node = AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()),
+                         "probe");
     struct Case {
         float startX, startY, rangeX, rangeY, fixedZ;
         bool keepAspect;
@@ -95,8 +94,7 @@ TEST_F(RenderPreviewTest, FailsWithoutTouchingTheBufferWhenThereIsNothingToRende
     EXPECT_TRUE(fails(ParametersFor(noModule)));
 
     Node* probe = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+        std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()), "probe");
     Parameters zeroRange = ParametersFor(probe);
     zeroRange.rangeX = 0.0f;
     EXPECT_TRUE(fails(zeroRange));
@@ -120,30 +118,10 @@ private:
     QObject mContext;
 };
 
-TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageAndBlackWhenRenderingFails) {
-    auto constant = std::make_unique<noisepp::ConstantModule>();
-    constant->setColor({0.0f, 0.0f, 1.0f, 1.0f});
-    Node* node =
-        AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "constant");
-    QRenderTextureThread thread;
-    ImageCollector collector(thread);
-
-    thread.Render(ParametersFor(node), QSize(8, 4));
-    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 1; }));
-    EXPECT_EQ(collector.images[0].size(), QSize(8, 4));
-    EXPECT_EQ(collector.images[0].pixel(7, 0), qRgb(0, 0, 255));
-
-    thread.Render(ParametersFor(nullptr), QSize(3, 3));
-    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 2; }));
-    EXPECT_EQ(collector.images[1].size(), QSize(3, 3));
-    EXPECT_EQ(collector.images[1].pixel(1, 1) & 0xffffffu, 0u);
-}
-
 TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     uitest::Gate gate;
-    Node* slow = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::GatedModule>(&gate)),
-        "slow");
+    Node* slow =
+        AddNode(std::make_unique<uitest::ProbeTextureNode>(uitest::MakeGatedModule(&gate)), "slow");
     auto constant = std::make_unique<noisepp::ConstantModule>();
     constant->setColor({0.0f, 1.0f, 0.0f, 1.0f});
     Node* fast = AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "fast");
@@ -151,11 +129,11 @@ TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     ImageCollector collector(thread);
 
     thread.Render(ParametersFor(slow), QSize(4, 4));
-    ASSERT_TRUE(gate.WaitForArrival());
+    ASSERT_TRUE(SpinUntil([&] { return gate.arrived.load(); }));
     // The new request has to wait for the running render, so it is made on a thread of its own.
     std::thread requester([&] { thread.Render(ParametersFor(fast), QSize(4, 4)); });
     ASSERT_TRUE(SpinUntil([&] { return thread.IsRequestWaiting(); }));
-    gate.Open();
+    gate.open.count_down();
     requester.join();
 
     ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
@@ -164,18 +142,24 @@ TEST_F(RenderPreviewTest, RequestDuringARenderDiscardsTheStaleImage) {
     EXPECT_EQ(collector.images.size(), 1u);
 }
 
-TEST_F(RenderPreviewTest, EmptySizeRendersNothingAndDestructionEndsAnIdleThread) {
-    Node* node = AddNode(
-        std::make_unique<uitest::ProbeTextureNode>(std::make_unique<uitest::CoordinateModule>()),
-        "probe");
+TEST_F(RenderPreviewTest, ThreadEmitsTheCompositedImageNothingForNoSizeBlackOnFailureEndsIdle) {
+    auto constant = std::make_unique<noisepp::ConstantModule>();
+    constant->setColor({0.0f, 0.0f, 1.0f, 1.0f});
+    Node* node =
+        AddNode(std::make_unique<uitest::ProbeTextureNode>(std::move(constant)), "constant");
     auto thread = std::make_unique<QRenderTextureThread>();
     ImageCollector collector(*thread);
+
     thread->Render(ParametersFor(node), QSize(0, 5));
-    thread->Render(QSize(2, 2));
+    thread->Render(QSize(8, 4));
     ASSERT_TRUE(SpinUntil([&] { return !collector.images.empty(); }));
-    EXPECT_EQ(collector.images.back().size(), QSize(2, 2));
-    for (const QImage& image : collector.images)
-        EXPECT_FALSE(image.isNull());
+    EXPECT_EQ(collector.images[0].size(), QSize(8, 4)) << "an empty size renders nothing";
+    EXPECT_EQ(collector.images[0].pixel(7, 0), qRgb(0, 0, 255));
+
+    thread->Render(ParametersFor(nullptr), QSize(3, 3));
+    ASSERT_TRUE(SpinUntil([&] { return collector.images.size() == 2; }));
+    EXPECT_EQ(collector.images[1].size(), QSize(3, 3));
+    EXPECT_EQ(collector.images[1].pixel(1, 1) & 0xffffffu, 0u);
     EXPECT_TRUE(thread->isRunning());
     thread.reset();  // must return: the sleeping loop is woken and aborted
 }

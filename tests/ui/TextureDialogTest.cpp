@@ -159,24 +159,6 @@ TEST_F(TextureDialogTest, KeepAspectDisablesRangeYAndSettingsReachTheThread) {
     EXPECT_FALSE(rangeY->isEnabled());
 }
 
-TEST_F(TextureDialogTest, TransparentTextureShowsTheCheckerAndAnOpaqueOneHidesIt) {
-    Node* clear = AddConstant("clear", {1.0f, 0.0f, 0.0f, 0.0f});
-    Node* opaque = AddConstant("opaque", {0.0f, 0.0f, 1.0f, 1.0f});
-    Manager::Get()->SetActiveNode(clear);
-    QTextureDialog dialog;
-    dialog.show();
-    QPreviewWidget* preview = dialog.GetPreviewWidget();
-    const int bottom = preview->height() - 1;  // buffer row 0
-
-    ASSERT_TRUE(WaitForPixel(preview, 4, bottom, qRgb(192, 192, 192)));
-    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom), qRgb(255, 255, 255));
-    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom - 5), qRgb(192, 192, 192));
-
-    Manager::Get()->SetActiveNode(opaque);
-    ASSERT_TRUE(WaitForPixel(preview, 4, bottom, qRgb(0, 0, 255)));
-    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom), qRgb(0, 0, 255));
-}
-
 TEST_F(TextureDialogTest, FollowsTheActiveOrTheDisplayNodeAsChosen) {
     Node* a = AddConstant("a", {1.0f, 0.0f, 0.0f, 1.0f});
     Node* b = AddConstant("b", {0.0f, 1.0f, 0.0f, 1.0f});
@@ -222,20 +204,27 @@ TEST_F(TextureDialogTest, FollowsTheActiveOrTheDisplayNodeAsChosen) {
     EXPECT_EQ(dialog.GetTargetNode(), a);
 }
 
-TEST_F(TextureDialogTest, ChangesOfTheTargetNodeRenderAgainUntilTheDialogGoes) {
+TEST_F(TextureDialogTest, ChangesOfTheTargetNodeRenderAgainOverTheCheckerUntilTheDialogGoes) {
     noisepp::ConstantModule* module = nullptr;
-    Node* node = AddConstant("node", {1.0f, 0.0f, 0.0f, 1.0f}, &module);
+    Node* node = AddConstant("node", {1.0f, 0.0f, 0.0f, 0.0f}, &module);
     Manager::Get()->SetActiveNode(node);
     auto dialog = std::make_unique<QTextureDialog>();
     dialog->show();
-    ASSERT_TRUE(WaitForPixel(dialog->GetPreviewWidget(), 0, 0, qRgb(255, 0, 0)));
+    QPreviewWidget* preview = dialog->GetPreviewWidget();
+    const int bottom = preview->height() - 1;  // buffer row 0
+
+    // A transparent texture shows the checker; an opaque one hides it.
+    ASSERT_TRUE(WaitForPixel(preview, 4, bottom, qRgb(192, 192, 192)));
+    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom), qRgb(255, 255, 255));
+    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom - 5), qRgb(192, 192, 192));
     {
         // The module is read under the engine's lock by the render thread.
         std::lock_guard lock(Engine::Get()->GetMutex());
         module->setColor({0.0f, 1.0f, 1.0f, 1.0f});
     }
     ASSERT_TRUE(Engine::Get()->SetAttributeValue(node, 0, NodeValue::Number(1.0)));
-    EXPECT_TRUE(WaitForPixel(dialog->GetPreviewWidget(), 0, 0, qRgb(0, 255, 255)));
+    EXPECT_TRUE(WaitForPixel(preview, 4, bottom, qRgb(0, 255, 255)));
+    EXPECT_EQ(preview->GetPixmap().toImage().pixel(5, bottom), qRgb(0, 255, 255));
 
     dialog.reset();
     // A listener left behind would be called here, inside freed memory.

@@ -60,12 +60,24 @@ TEST_F(TextureGradientWidgetTest, EachGestureIsOneUndoStepLabelledGradientSetCol
     EXPECT_TRUE(uitest::SpinUntil([&] { return editor->getVertexGradient() == ThreeStops(); }));
 }
 
-TEST_F(TextureGradientWidgetTest, LoadsTheGradientAndFollowsChangesElsewhereRecordingNothing) {
+TEST_F(TextureGradientWidgetTest, LoadsTheGradientSignalsItsEventsAndFollowsChangesSilently) {
     // Its widgets are recorded with the preview dialog's.
     QTextureGradientWidget page(nullptr, mNode, nullptr);
     EXPECT_EQ(page.GetNode(), mNode);
     EXPECT_TRUE(page.windowFlags().testFlag(Qt::Tool));
     EXPECT_EQ(page.GetEditor()->getVertexGradient(), ThreeStops());
+
+    // Gradient events and other events take different signals.
+    int gradientSignals = 0, otherSignals = 0;
+    QObject::connect(&page, &QTextureGradientWidget::ProcessUpdateGradientSignal,
+                     [&] { ++gradientSignals; });
+    QObject::connect(&page, &QTextureGradientWidget::ProcessEventSignal, [&] { ++otherSignals; });
+    mNode->ProcessEvent(NodeEvent::kParameterChanged, NodeEvent::kGradientChangedCode);
+    mNode->ProcessEvent(NodeEvent::kParameterChanged, 1);
+    mNode->ProcessEvent(NodeEvent::kInputsChanged, NodeEvent::kGradientChangedCode);
+    EXPECT_EQ(gradientSignals, 1);
+    EXPECT_EQ(otherSignals, 2);
+
     int editorChanges = 0;
     QObject::connect(page.GetEditor(), &QGradientEditor::gradientChanged, [&] { ++editorChanges; });
     VertexGradient other = ThreeStops();
@@ -75,23 +87,6 @@ TEST_F(TextureGradientWidgetTest, LoadsTheGradientAndFollowsChangesElsewhereReco
     EXPECT_TRUE(uitest::SpinUntil([&] { return page.GetEditor()->getVertexGradient() == other; }));
     EXPECT_EQ(editorChanges, 0) << "no echo back to the node";
     EXPECT_FALSE(mEngine.CanUndo());
-}
-
-TEST_F(TextureGradientWidgetTest, GradientEventsAndOtherEventsTakeDifferentSignals) {
-    QTextureGradientWidget page(nullptr, mNode, nullptr);
-    int gradientSignals = 0;
-    int otherSignals = 0;
-    QObject::connect(&page, &QTextureGradientWidget::ProcessUpdateGradientSignal,
-                     [&] { ++gradientSignals; });
-    QObject::connect(&page, &QTextureGradientWidget::ProcessEventSignal, [&] { ++otherSignals; });
-
-    mNode->ProcessEvent(NodeEvent::kParameterChanged, NodeEvent::kGradientChangedCode);
-    EXPECT_EQ(gradientSignals, 1);
-    EXPECT_EQ(otherSignals, 0);
-    mNode->ProcessEvent(NodeEvent::kParameterChanged, 1);
-    mNode->ProcessEvent(NodeEvent::kInputsChanged, NodeEvent::kGradientChangedCode);
-    EXPECT_EQ(gradientSignals, 1);
-    EXPECT_EQ(otherSignals, 2);
 }
 
 TEST_F(TextureGradientWidgetTest, ClosedPageStopsListeningAndANodeWithoutGradientIsReadOnly) {

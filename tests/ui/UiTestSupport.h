@@ -1,16 +1,15 @@
 #pragma once
 
 // Probe textures and nodes for driving the preview and the gradient page in tests: a texture
-// that returns the sampled point as its colour, a constant, a texture that holds its first
-// sample until the test opens a gate, a node publishing any of them, a node without a texture
+// that returns the sampled point as its colour, a texture that holds its samples until the test
+// opens a gate, a node publishing any of them, a node without a texture
 // and a node with a gradient; and a helper that spins the event loop until a condition holds.
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <functional>
+#include <latch>
 #include <memory>
-#include <mutex>
-#include <tuple>
 #include <utility>
 
 #include <QCoreApplication>
@@ -38,71 +37,49 @@ inline bool SpinUntil(const std::function<bool()>& done,
     return true;
 }
 
-/// The colour at (x, y, z) is (x, y, z, 1): shows exactly which points a builder sampled.
-class CoordinateElement : public noisepp::PipelineElement3D {
+/// A source-less module whose colour at (x, y, z) is colorAt(x, y, z).
+class FunctionModule : public noisepp::Module {
 public:
-    noisepp::TextureColor getValue(double x, double y, double z) const override {
-        return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z), 1.0f};
-    }
-};
-
-/// A gate a texture waits at: the first sample reports that it arrived and waits until the gate
-/// opens; later samples pass.
-class Gate {
-public:
-    void ArriveAndWait() {
-        std::unique_lock lock(mMutex);
-        mArrived = true;
-        mChanged.notify_all();
-        mChanged.wait(lock, [this] { return mOpen; });
-    }
-    bool WaitForArrival(std::chrono::milliseconds limit = std::chrono::seconds(20)) {
-        std::unique_lock lock(mMutex);
-        return mChanged.wait_for(lock, limit, [this] { return mArrived; });
-    }
-    void Open() {
-        std::lock_guard lock(mMutex);
-        mOpen = true;
-        mChanged.notify_all();
-    }
-
-private:
-    std::mutex mMutex;
-    std::condition_variable mChanged;
-    bool mArrived = false;
-    bool mOpen = false;
-};
-
-/// Opaque red, but every sample first passes the gate.
-class GatedElement : public noisepp::PipelineElement3D {
-public:
-    explicit GatedElement(Gate* gate) : mGate(gate) {}
-    noisepp::TextureColor getValue(double, double, double) const override {
-        mGate->ArriveAndWait();
-        return {1.0f, 0.0f, 0.0f, 1.0f};
-    }
-
-private:
-    Gate* mGate;
-};
-
-/// A source-less module compiling into one element made by `make`.
-template <class Element, class... Args>
-class ProbeModule : public noisepp::Module {
-public:
-    explicit ProbeModule(Args... args) : Module(0), mArgs(std::move(args)...) {}
+    using ColorAt = std::function<noisepp::TextureColor(double, double, double)>;
+    explicit FunctionModule(ColorAt colorAt) : Module(0), mColorAt(std::move(colorAt)) {}
     std::size_t addToPipeline(noisepp::Pipeline3D* pipeline) const override {
-        return pipeline->addElement(this,
-                                    std::apply([](auto... a) { return new Element(a...); }, mArgs));
+        return pipeline->addElement(this, new Element(mColorAt));
     }
     int getType() const override { return 9000; }
 
 private:
-    std::tuple<Args...> mArgs;
+    struct Element : noisepp::PipelineElement3D {
+        explicit Element(ColorAt colorAt) : colorAt(std::move(colorAt)) {}
+        noisepp::TextureColor getValue(double x, double y, double z) const override {
+            return colorAt(x, y, z);
+        }
+        ColorAt colorAt;
+    };
+    ColorAt mColorAt;
 };
 
-using CoordinateModule = ProbeModule<CoordinateElement>;
-using GatedModule = ProbeModule<GatedElement, Gate*>;
+/// The colour at (x, y, z) is (x, y, z, 1): shows exactly which points a builder sampled.
+inline std::unique_ptr<FunctionModule> MakeCoordinateModule() {
+    return std::make_unique<FunctionModule>([](double x, double y, double z) {
+        return noisepp::TextureColor{static_cast<float>(x), static_cast<float>(y),
+                                     static_cast<float>(z), 1.0f};
+    });
+}
+
+/// A gate a texture waits at: every sample marks that it arrived and waits until it opens.
+struct Gate {
+    std::atomic<bool> arrived = false;
+    std::latch open{1};
+};
+
+/// Opaque red, but every sample first passes `gate`.
+inline std::unique_ptr<FunctionModule> MakeGatedModule(Gate* gate) {
+    return std::make_unique<FunctionModule>([gate](double, double, double) {
+        gate->arrived = true;
+        gate->open.wait();
+        return noisepp::TextureColor{1.0f, 0.0f, 0.0f, 1.0f};
+    });
+}
 
 /// Publishes a module given by the test on output 0 "texture"; its "level" attribute exists
 /// only so that edits can reach the node.
