@@ -11,14 +11,12 @@
 namespace noisepp {
 namespace {
 
-using test::LevelModule;
+using test::FixedColorModule;
 using test::messageOf;
-using test::PassModule;
-using test::SumModule;
 
 TEST(Module, SourcePositionsAreRangeChecked) {
-    SumModule sum;
-    LevelModule level;
+    AdditionModule sum;
+    FixedColorModule level({});
     EXPECT_EQ(sum.getSourceModuleCount(), 2u);
     EXPECT_EQ(sum.getSourceModule(1), nullptr);
     EXPECT_THROW(sum.setSourceModule(2, &level), OutOfRangeException);
@@ -29,8 +27,8 @@ TEST(Module, SourcePositionsAreRangeChecked) {
 }
 
 TEST(Module, RefusesItselfAndCyclesButAcceptsClearing) {
-    PassModule a;
-    PassModule b;
+    InvertModule a;
+    InvertModule b;
     EXPECT_NE(
         messageOf([&] { a.setSourceModule(0, &a); }).find(": assertion 'module != this' failed"),
         std::string::npos);
@@ -46,9 +44,9 @@ TEST(Module, RefusesItselfAndCyclesButAcceptsClearing) {
 }
 
 TEST(Module, WalkTreeFindsIndirectSources) {
-    LevelModule leaf;
-    PassModule middle;
-    PassModule top;
+    FixedColorModule leaf({});
+    InvertModule middle;
+    InvertModule top;
     middle.setSourceModule(0, &leaf);
     top.setSourceModule(0, &middle);
     EXPECT_TRUE(top.walkTree(&leaf));

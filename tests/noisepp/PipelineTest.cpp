@@ -15,12 +15,11 @@
 namespace noisepp {
 namespace {
 
-using test::LevelModule;
-using test::SumModule;
+using test::FixedColorModule;
 
 TEST(Pipeline, DiamondSharesOneElementAndRecompilingAddsNothing) {
-    LevelModule level(0.25f);
-    SumModule sum;
+    FixedColorModule level({0.25f, 0.25f, 0.25f, 1.0f});
+    AdditionModule sum;
     sum.setSourceModule(0, &level);
     sum.setSourceModule(1, &level);
     Pipeline3D pipeline;
@@ -37,7 +36,7 @@ TEST(Pipeline, DiamondSharesOneElementAndRecompilingAddsNothing) {
 
 TEST(Pipeline, ElementLookupAndRegistrationChecks) {
     Pipeline3D pipeline;
-    LevelModule level;
+    FixedColorModule level({});
     level.addToPipeline(&pipeline);
     EXPECT_THROW(pipeline.getElement(1), OutOfRangeException);
     try {
@@ -46,7 +45,7 @@ TEST(Pipeline, ElementLookupAndRegistrationChecks) {
         EXPECT_EQ(std::string(e.what()).rfind("parameter 'i' is out of range in '", 0), 0u);
     }
     EXPECT_THROW(pipeline.addElement(&level, nullptr), ParamInvalidException);
-    EXPECT_THROW(pipeline.addElement(nullptr, new test::LevelElement(1)), ParamInvalidException);
+    EXPECT_THROW(pipeline.addElement(nullptr, new test::EchoElement), ParamInvalidException);
 }
 
 class RecordingJob : public PipelineJob {
