@@ -39,11 +39,10 @@ TEST(Pipeline, ElementLookupAndRegistrationChecks) {
     FixedColorModule level({});
     level.addToPipeline(&pipeline);
     EXPECT_THROW(pipeline.getElement(1), OutOfRangeException);
-    try {
-        pipeline.getElement(1);
-    } catch (const OutOfRangeException& e) {
-        EXPECT_EQ(std::string(e.what()).rfind("parameter 'i' is out of range in '", 0), 0u);
-    }
+    EXPECT_EQ(test::messageOf([&] {
+                  pipeline.getElement(1);
+              }).rfind("parameter 'i' is out of range in '", 0),
+              0u);
     EXPECT_THROW(pipeline.addElement(&level, nullptr), ParamInvalidException);
     EXPECT_THROW(pipeline.addElement(nullptr, new test::EchoElement), ParamInvalidException);
 }

@@ -8,7 +8,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -45,21 +44,17 @@ double joined(const TextureColor& c) {
     return static_cast<double>(c.red) + static_cast<double>(c.green) + static_cast<double>(c.blue);
 }
 
-/// A generator module around any element factory.
-template <class Element, class... Args>
-class ProbeModule : public Module {
+class SplitModule : public Module {
 public:
-    explicit ProbeModule(Args... args) : Module(0), mMake([=] { return new Element(args...); }) {}
+    explicit SplitModule(int axis) : Module(0), mAxis(axis) {}
     std::size_t addToPipeline(Pipeline3D* pipeline) const override {
-        return pipeline->addElement(this, mMake());
+        return pipeline->addElement(this, new SplitCoordinateElement(mAxis));
     }
     int getType() const override { return 7; }
 
 private:
-    std::function<Element*()> mMake;
+    int mAxis;
 };
-
-using SplitModule = ProbeModule<SplitCoordinateElement, int>;
 
 class RecordingCallback : public BuilderCallback {
 public:
