@@ -77,7 +77,6 @@ protected:
     ImageElement3D element(std::uint32_t flags) const {
         return ImageElement3D(kWidth, kHeight, mTable.data(), flags);
     }
-
     std::vector<double> mTable = summedAreaTable();
 };
 
