@@ -170,7 +170,6 @@ struct Compiled {
         element = pipeline->getElement(root.addToPipeline(pipeline.get()));
     }
     TextureColor at(double x, double y, double z = 0.0) const { return element->getValue(x, y, z); }
-    TextureColor operator()(double x, double y, double z = 0.0) const { return at(x, y, z); }
 
     std::unique_ptr<Pipeline3D> pipeline;
     const PipelineElement3D* element = nullptr;
