@@ -40,8 +40,8 @@ TEST(Fibers, TheMatrixSourceShowsBetweenTheFibresAtTheUnscaledPoint) {
     int matrixSamples = 0, fibreSamples = 0;
     for (double y = -1.0; y < 1.0; y += 0.05)
         for (double x = -1.0; x < 1.0; x += 0.05) {
-            const TextureColor c = fibres(x, y, 0.2);
-            if (c == checker(x, y, 0.2))
+            const TextureColor c = fibres.at(x, y, 0.2);
+            if (c == checker.at(x, y, 0.2))
                 ++matrixSamples;
             else if (c.red < 1.0f)
                 ++fibreSamples;
@@ -52,7 +52,7 @@ TEST(Fibers, TheMatrixSourceShowsBetweenTheFibresAtTheUnscaledPoint) {
     m.setDensity(0.0);
     const Compiled bare(m);
     for (double x = -1.0; x < 1.0; x += 0.07)
-        EXPECT_EQ(bare(x, 0.3, 0.2), checker(x, 0.3, 0.2));
+        EXPECT_EQ(bare.at(x, 0.3, 0.2), checker.at(x, 0.3, 0.2));
 }
 
 TEST(Fibers, TheMatrixIsFoundByPipelineIndexAndABadIndexIsRefused) {

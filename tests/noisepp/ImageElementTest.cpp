@@ -72,14 +72,10 @@ double rowY(int row) {
     return (row + 0.25) / kHeight;
 }
 
-class ImageElementTest : public ::testing::Test {
-protected:
-    ImageElement3D element(std::uint32_t flags) const {
-        return ImageElement3D(kWidth, kHeight, mTable.data(), flags);
-    }
-
-    std::vector<double> mTable = summedAreaTable();
-};
+ImageElement3D element(std::uint32_t flags) {
+    static const std::vector<double> table = summedAreaTable();
+    return ImageElement3D(kWidth, kHeight, table.data(), flags);
+}
 
 TEST(ImageModule, CompilesWithoutSourcesAndRefusesAnEmptyTable) {
     const std::vector<double> table = summedAreaTable();
@@ -97,7 +93,7 @@ TEST(ImageModule, CompilesWithoutSourcesAndRefusesAnEmptyTable) {
     EXPECT_EQ(Compiled(module).at(0.1, 0.1), (TextureColor{0.0f, 0.0f, 0.0f, 1.0f}));
 }
 
-TEST_F(ImageElementTest, ZeroFootprintReturnsEachPixelExactly) {
+TEST(ImageElement, ZeroFootprintReturnsEachPixelExactly) {
     const ImageElement3D image = element(0);
     for (int row = 0; row < static_cast<int>(kHeight); ++row) {
         for (int column = 0; column < static_cast<int>(kWidth); ++column) {
@@ -109,7 +105,7 @@ TEST_F(ImageElementTest, ZeroFootprintReturnsEachPixelExactly) {
     }
 }
 
-TEST_F(ImageElementTest, PixelBoundsRoundHalfDown) {
+TEST(ImageElement, PixelBoundsRoundHalfDown) {
     const ImageElement3D image = element(0);
     // W * x = 1.5 exactly selects column 1; the next double above selects column 2.
     EXPECT_EQ(image.getValue(0.375, rowY(0), 0.0), pixel(1, 0));
@@ -120,7 +116,7 @@ TEST_F(ImageElementTest, PixelBoundsRoundHalfDown) {
     EXPECT_EQ(image.getValue(0.1, std::nextafter(0.5, 1.0), 0.0), pixel(0, 2));
 }
 
-TEST_F(ImageElementTest, NonRepeatingEdgesAreInclusiveAndTransparentOutside) {
+TEST(ImageElement, NonRepeatingEdgesAreInclusiveAndTransparentOutside) {
     const ImageElement3D image = element(0);
     const TextureColor transparent{0.0f, 0.0f, 0.0f, 0.0f};
     EXPECT_EQ(image.getValue(-0.01, rowY(1), 0.0), transparent);
@@ -133,7 +129,7 @@ TEST_F(ImageElementTest, NonRepeatingEdgesAreInclusiveAndTransparentOutside) {
     EXPECT_EQ(image.getValue(std::nan(""), 0.5, 0.0), transparent);
 }
 
-TEST_F(ImageElementTest, RepeatWrapsOnlyTheFlaggedDirection) {
+TEST(ImageElement, RepeatWrapsOnlyTheFlaggedDirection) {
     const ImageElement3D tileX = element(ImageModule::kRepeatX);
     for (const double x : {1.25, -0.75, 7.25, -3.75}) {
         EXPECT_EQ(tileX.getValue(x, rowY(2), 0.0), pixel(1, 2)) << "x = " << x;
@@ -148,7 +144,7 @@ TEST_F(ImageElementTest, RepeatWrapsOnlyTheFlaggedDirection) {
     EXPECT_EQ(tileY.getValue(1.6, rowY(1), 0.0), (TextureColor{}));
 }
 
-TEST_F(ImageElementTest, FootprintOverANonRepeatingEdgeFadesItsOpacity) {
+TEST(ImageElement, FootprintOverANonRepeatingEdgeFadesItsOpacity) {
     const ImageElement3D image = element(0);
     // Columns -1 ... 1: two are in the image, three make up the footprint.
     const TextureColor left = image.getAreaSample(0.0, 0.5, 0.5, 0.0, 0);
@@ -161,7 +157,7 @@ TEST_F(ImageElementTest, FootprintOverANonRepeatingEdgeFadesItsOpacity) {
         << "a footprint wholly outside gives transparent black";
 }
 
-TEST_F(ImageElementTest, FootprintOverARepeatingEdgeWrapsAround) {
+TEST(ImageElement, FootprintOverARepeatingEdgeWrapsAround) {
     const ImageElement3D image = element(ImageModule::kRepeatX);
     // Columns -1 ... 1 become column 3 and columns 0 ... 1; nothing fades.
     EXPECT_COLOR_NEAR(image.getAreaSample(0.0, 0.5, 0.5, 0.0, ImageModule::kRepeatX),
@@ -177,7 +173,7 @@ TEST_F(ImageElementTest, FootprintOverARepeatingEdgeWrapsAround) {
                       1e-6f);
 }
 
-TEST_F(ImageElementTest, FootprintLargerThanTheImageCoversItOnce) {
+TEST(ImageElement, FootprintLargerThanTheImageCoversItOnce) {
     std::vector<int> columns = {0, 1, 2, 3};
     std::vector<int> rows = {0, 1, 2};
     for (const std::uint32_t flags : {0u, ImageModule::kRepeatX | ImageModule::kRepeatY}) {

@@ -1,16 +1,19 @@
-// Covers: the plain job queue's execute-then-finish order, the threaded queue running every job
-// once with finish on the caller, zeroed per-thread scratch areas of the requested size,
-// deletion of jobs never run, the zero-thread refusal, and the creation rule by processor count.
+// Covers: the plain job queue's and pipeline's execute-then-finish order, the threaded queue and
+// pipeline running every job once with finish on the caller, zeroed per-thread scratch areas of the
+// requested size, deletion of jobs never run, the zero-thread refusal, and the creation rule by
+// processor count.
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "noisepp/core/Exception.h"
+#include "noisepp/core/ThreadedPipeline.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "noisepp/utils/ThreadedJobQueue.h"
 
@@ -54,37 +57,60 @@ private:
     bool mRecordExecute;
 };
 
+/// The job interface the queues and the pipelines share, with the scratch entries a job may use.
+struct Runner {
+    const char* name;
+    std::function<void(PipelineJob*)> add;
+    std::function<void()> run;
+    std::size_t cacheSize;
+};
+
+template <class Queue>
+Runner runnerOf(const char* name, Queue& queue, std::size_t cacheSize) {
+    return {name, [&queue](PipelineJob* job) { queue.addJob(job); },
+            [&queue] { queue.executeJobs(); }, cacheSize};
+}
+
 TEST(JobQueue, FinishFollowsEachExecuteInQueueOrder) {
-    Log log(3);
     JobQueue queue(2);
-    for (int i = 0; i < 3; ++i)
-        queue.addJob(new TracingJob(i, &log, 2, true));
-    queue.executeJobs();
-    const std::vector<std::pair<char, int>> expected{{'e', 0}, {'f', 0}, {'e', 1},
-                                                     {'f', 1}, {'e', 2}, {'f', 2}};
-    EXPECT_EQ(log.events, expected);
-    EXPECT_EQ(log.deleted.load(), 3);
-    EXPECT_EQ(log.dirtyScratch.load(), 0);
-    EXPECT_THROW(queue.addJob(nullptr), ParamInvalidException);
+    Pipeline3D pipeline;
+    for (const Runner& runner : {runnerOf("queue", queue, 2), runnerOf("pipeline", pipeline, 0)}) {
+        SCOPED_TRACE(runner.name);
+        Log log(3);
+        for (int i = 0; i < 3; ++i)
+            runner.add(new TracingJob(i, &log, runner.cacheSize, true));
+        runner.run();
+        const std::vector<std::pair<char, int>> expected{{'e', 0}, {'f', 0}, {'e', 1},
+                                                         {'f', 1}, {'e', 2}, {'f', 2}};
+        EXPECT_EQ(log.events, expected);
+        EXPECT_EQ(log.deleted.load(), 3);
+        EXPECT_EQ(log.dirtyScratch.load(), 0);
+        EXPECT_THROW(runner.add(nullptr), ParamInvalidException);
+    }
 }
 
 TEST(ThreadedJobQueue, RunsEveryJobOnceAndFinishesOnTheCaller) {
     ThreadedJobQueue queue(3, 4);
     EXPECT_EQ(queue.getThreadCount(), 3u);
-    for (int round = 0; round < 3; ++round) {
-        Log log(300);
-        for (int i = 0; i < 300; ++i)
-            queue.addJob(new TracingJob(i, &log, 4, false));
-        queue.executeJobs();
-        for (int i = 0; i < 300; ++i)
-            EXPECT_EQ(log.executed[i].load(), 1) << i;
-        EXPECT_EQ(log.events.size(), 300u);
-        EXPECT_EQ(log.deleted.load(), 300);
-        EXPECT_EQ(log.dirtyScratch.load(), 0);
-        for (const auto& id : log.finishThreads)
-            EXPECT_EQ(id, std::this_thread::get_id());
+    ThreadedPipeline3D pipeline(3);
+    for (const Runner& runner : {runnerOf("queue", queue, 4), runnerOf("pipeline", pipeline, 0)}) {
+        SCOPED_TRACE(runner.name);
+        for (int round = 0; round < 3; ++round) {
+            Log log(300);
+            for (int i = 0; i < 300; ++i)
+                runner.add(new TracingJob(i, &log, runner.cacheSize, false));
+            runner.run();
+            for (int i = 0; i < 300; ++i)
+                EXPECT_EQ(log.executed[i].load(), 1) << i;
+            EXPECT_EQ(log.events.size(), 300u);
+            EXPECT_EQ(log.deleted.load(), 300);
+            EXPECT_EQ(log.dirtyScratch.load(), 0);
+            for (const auto& id : log.finishThreads)
+                EXPECT_EQ(id, std::this_thread::get_id());
+        }
+        runner.run();  // nothing queued: returns at once
     }
-    queue.executeJobs();  // nothing queued: returns at once
+    EXPECT_THROW(ThreadedPipeline3D(0), ParamInvalidException);
 }
 
 TEST(ThreadedJobQueue, ZeroThreadsIsRefusedAndUnrunJobsAreDeleted) {

@@ -1,14 +1,13 @@
 // Covers: where the plane builder samples (cell centres, a 1 x 1 build, the z value, positions
-// accumulated by repeated addition), progress reports (count, values,
-// calling thread, restart per build), parameter checks with their order and messages, building
-// on a given pipeline, a diamond tree sharing one element, and bit-identical images from the
-// plain and the threaded pipelines.
+// accumulated by repeated addition), windows equal to the same region of the whole image, progress
+// reports (count, values, calling thread, restart per build), parameter checks with their order and
+// messages, building on a given pipeline, a diamond tree sharing one element, and bit-identical
+// images from the plain and the threaded pipelines.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -19,6 +18,7 @@
 #include "noisepp/modules/BillowModule.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"
+#include "noisepp/modules/VoronoiModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 
@@ -45,21 +45,17 @@ double joined(const TextureColor& c) {
     return static_cast<double>(c.red) + static_cast<double>(c.green) + static_cast<double>(c.blue);
 }
 
-/// A generator module around any element factory.
-template <class Element, class... Args>
-class ProbeModule : public Module {
+class SplitModule : public Module {
 public:
-    explicit ProbeModule(Args... args) : Module(0), mMake([=] { return new Element(args...); }) {}
+    explicit SplitModule(int axis) : Module(0), mAxis(axis) {}
     std::size_t addToPipeline(Pipeline3D* pipeline) const override {
-        return pipeline->addElement(this, mMake());
+        return pipeline->addElement(this, new SplitCoordinateElement(mAxis));
     }
     int getType() const override { return 7; }
 
 private:
-    std::function<Element*()> mMake;
+    int mAxis;
 };
-
-using SplitModule = ProbeModule<SplitCoordinateElement, int>;
 
 class RecordingCallback : public BuilderCallback {
 public:
@@ -75,20 +71,33 @@ private:
     std::vector<std::thread::id>* mThreads;
 };
 
-/// Builds width x height samples of `module` and returns them.
-std::vector<TextureColor> render(const Module& module, int width, int height, double lowerX,
-                                 double lowerY, double upperX, double upperY, double z = 0.0,
-                                 bool seamless = false) {
-    std::vector<TextureColor> image(static_cast<std::size_t>(width) * height);
+constexpr int kWidth = 53;
+constexpr int kHeight = 31;
+// Bounds whose steps are not exact in binary, so positions computed by multiplication instead
+// of repeated additions land elsewhere.
+constexpr double kLowerX = -1.3, kLowerY = 0.7, kUpperX = 2.9, kUpperY = 3.1;
+
+struct Window {
+    int x0, y0, x1, y1;
+};
+
+/// Builds the samples of `module` over the whole image or one window of it, twice.
+std::vector<TextureColor> render(const Module& module, bool seamless, const Window* window) {
+    const int width = window ? window->x1 - window->x0 : kWidth;
+    const int height = window ? window->y1 - window->y0 : kHeight;
+    std::vector<TextureColor> pixels(static_cast<std::size_t>(width) * height);
     PlaneBuilder builder;
-    builder.setDestination(image.data());
-    builder.setSize(width, height);
     builder.setModule(&module);
-    builder.setBounds(lowerX, lowerY, upperX, upperY);
-    builder.setZValue(z);
+    builder.setDestination(pixels.data());
+    builder.setSize(kWidth, kHeight);
+    builder.setBounds(kLowerX, kLowerY, kUpperX, kUpperY);
+    builder.setZValue(0.25);
     builder.setSeamless(seamless);
+    if (window)
+        builder.setWindow(window->x0, window->y0, window->x1, window->y1);
     builder.build();
-    return image;
+    builder.build();
+    return pixels;
 }
 
 /// Runs a test body once with a plain and once with a threaded pipeline.
@@ -101,21 +110,50 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Processors, PlaneBuilderTest, ::testing::Values(1u, 2u, 3u));
 
 TEST_P(PlaneBuilderTest, PositionsAdvanceByRepeatedAddition) {
-    const double lowerX = 0.1, upperX = 0.8, lowerY = -0.3, upperY = 0.4;
-    const int width = 7, height = 9;
     SplitModule xs(0), ys(1);
-    const auto xImage = render(xs, width, height, lowerX, lowerY, upperX, upperY);
-    const auto yImage = render(ys, width, height, lowerX, lowerY, upperX, upperY);
-    const double xStep = (upperX - lowerX) / width, yStep = (upperY - lowerY) / height;
-    double y = lowerY + yStep * 0.5;
-    for (int j = 0; j < height; ++j) {
-        double x = lowerX + xStep * 0.5;
-        for (int i = 0; i < width; ++i) {
-            EXPECT_EQ(joined(xImage[j * width + i]), x) << i << ", " << j;
-            EXPECT_EQ(joined(yImage[j * width + i]), y) << i << ", " << j;
+    const auto xImage = render(xs, false, nullptr);
+    const auto yImage = render(ys, false, nullptr);
+    const double xStep = (kUpperX - kLowerX) / kWidth, yStep = (kUpperY - kLowerY) / kHeight;
+    double y = kLowerY + yStep * 0.5;
+    for (int j = 0; j < kHeight; ++j) {
+        double x = kLowerX + xStep * 0.5;
+        for (int i = 0; i < kWidth; ++i) {
+            EXPECT_EQ(joined(xImage[j * kWidth + i]), x) << i << ", " << j;
+            EXPECT_EQ(joined(yImage[j * kWidth + i]), y) << i << ", " << j;
             x += xStep;
         }
         y += yStep;
+    }
+}
+
+/// A window is the same region of the whole render, bit for bit, whatever its shape, in plain
+/// and seamless mode: tiles rendered apart assemble into the one-piece image.
+TEST_P(PlaneBuilderTest, EveryWindowEqualsTheSameRegionOfTheWholeImage) {
+    PerlinModule perlin;
+    perlin.setFrequency(3.7);
+    perlin.setOctaveCount(4);
+    VoronoiModule voronoi;
+    voronoi.setFrequency(5.3);
+    voronoi.setDisplacement(1.0);
+    SplitModule xs(0), ys(1);
+    for (const bool seamless : {false, true}) {
+        for (const Module* module : std::vector<const Module*>{&xs, &ys, &perlin, &voronoi}) {
+            const std::vector<TextureColor> whole = render(*module, seamless, nullptr);
+            for (const Window window :
+                 {Window{0, 0, 1, 1}, Window{kWidth - 1, kHeight - 1, kWidth, kHeight},
+                  Window{0, 17, kWidth, 18}, Window{3, 2, 40, 19}, Window{26, 15, kWidth, kHeight},
+                  Window{0, 0, kWidth, kHeight}}) {
+                const std::vector<TextureColor> part = render(*module, seamless, &window);
+                const int width = window.x1 - window.x0;
+                for (int y = window.y0; y < window.y1; ++y)
+                    ASSERT_EQ(0,
+                              std::memcmp(&part[static_cast<std::size_t>(y - window.y0) * width],
+                                          &whole[static_cast<std::size_t>(y) * kWidth + window.x0],
+                                          sizeof(TextureColor) * width))
+                        << "window " << window.x0 << "," << window.y0 << " - " << window.x1 << ","
+                        << window.y1 << " line " << y << (seamless ? " seamless" : "");
+            }
+        }
     }
 }
 
@@ -201,6 +239,11 @@ TEST(PlaneBuilder, ParametersAreCheckedInOrderBeforeAnythingIsWritten) {
     builder.setModule(&perlin);
     builder.build();
     EXPECT_NE(image[0], untouched);
+    for (const Window window :
+         {Window{0, 0, 0, 1}, Window{-1, 0, 4, 4}, Window{0, 0, kWidth + 1, 4}, Window{0, 5, 4, 5},
+          Window{0, 0, 4, kHeight + 1}})
+        EXPECT_THROW(render(perlin, false, &window), ParamInvalidException)
+            << "window " << window.x0 << "," << window.y0 << " - " << window.x1 << "," << window.y1;
 }
 
 TEST(PlaneBuilder, ReplacingTheCallbackDeletesTheOldOne) {

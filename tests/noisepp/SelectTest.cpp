@@ -99,10 +99,9 @@ TEST_F(SelectTest, EachEdgeRegionIncludesItsLowerEnd) {
     EXPECT_EQ(mLog, "CAB") << "upper - f starts the upper edge";
 }
 
-TEST(SelectElement, RefusesBoundsNotInAscendingOrder) {
+TEST_F(SelectTest, BoundsNotInAscendingOrderAreRefused) {
     Pipeline3D pipeline;
-    FixedColorModule source({0, 0, 0, 1});
-    const std::size_t id = source.addToPipeline(&pipeline);
+    const std::size_t id = mSourceA.addToPipeline(&pipeline);
     for (const double upper : {0.5, 0.4}) {
         const std::string message =
             messageOf([&] { SelectElement3D(pipeline, id, id, id, 0.5, upper, 0.1); });
@@ -113,19 +112,11 @@ TEST(SelectElement, RefusesBoundsNotInAscendingOrder) {
                   std::string::npos)
             << message;
     }
-}
-
-TEST(SelectModule, EqualBoundsFailAtCompilation) {
-    FixedColorModule source({0, 0, 0, 1});
-    SelectModule select;
-    for (std::size_t i = 0; i < 3; ++i)
-        select.setSourceModule(i, &source);
-    Pipeline3D pipeline;
-    select.setLowerBound(0.3);
-    select.setUpperBound(0.3);
-    EXPECT_THROW(select.addToPipeline(&pipeline), ParamInvalidException);
-    select.setUpperBound(0.31);
-    EXPECT_NO_THROW(select.addToPipeline(&pipeline));
+    mSelect.setLowerBound(0.3);
+    mSelect.setUpperBound(0.3);
+    EXPECT_THROW(Compiled{mSelect}, ParamInvalidException) << "equal bounds fail at compilation";
+    mSelect.setUpperBound(0.31);
+    EXPECT_NO_THROW(Compiled{mSelect});
 }
 
 }  // namespace

@@ -20,16 +20,6 @@ TEST(Stream, WritesLittleEndianWithoutFraming) {
     EXPECT_EQ(out.data(), expected);
 }
 
-TEST(Stream, MemoryRoundTripAndShortRead) {
-    MemoryOutStream out;
-    out.writeDouble(-2.5);
-    out.writeInt32(-7);
-    MemoryInStream in(out.data());
-    EXPECT_EQ(in.readDouble(), -2.5);
-    EXPECT_EQ(in.readInt32(), -7);
-    EXPECT_THROW(in.readInt32(), StreamException);
-}
-
 TEST(Stream, FileRoundTripAndMissingFile) {
     const auto path = std::filesystem::temp_directory_path() / "noisepp_stream_test.bin";
     {

@@ -1,7 +1,7 @@
 #pragma once
 
-// Helpers of the engine tests: small modules (fixed colours with an evaluation log, a coordinate
-// echo, a grey level, a sum and a pass-through), a compiled-tree holder, exception messages,
+// Helpers of the engine tests: small modules (fixed colours with an evaluation log and a
+// coordinate echo), a compiled-tree holder, exception messages,
 // stream bytes, and the run-form checks repeated per instruction set.
 
 #include <gtest/gtest.h>
@@ -108,7 +108,8 @@ inline std::size_t configureFromSample(Module& module, const std::string& name, 
     return samples.size();
 }
 
-/// Returns one colour everywhere; when given a log, appends its tag on every evaluation.
+/// Returns one colour everywhere; when given a log, appends its tag on every evaluation. The
+/// module counts how often it was compiled.
 class FixedColorElement : public PipelineElement3D {
 public:
     FixedColorElement(TextureColor color, std::string* log, char tag)
@@ -130,10 +131,12 @@ public:
     explicit FixedColorModule(TextureColor color, std::string* log = nullptr, char tag = '?')
         : Module(0), mColor(color), mLog(log), mTag(tag) {}
     std::size_t addToPipeline(Pipeline3D* pipeline) const override {
+        ++compileCount;
         return pipeline->addElement(this, new FixedColorElement(mColor, mLog, mTag));
     }
     int getType() const override { return 7; }
     void setColor(TextureColor color) { mColor = color; }
+    mutable int compileCount = 0;
 
 private:
     TextureColor mColor;
@@ -167,7 +170,6 @@ struct Compiled {
         element = pipeline->getElement(root.addToPipeline(pipeline.get()));
     }
     TextureColor at(double x, double y, double z = 0.0) const { return element->getValue(x, y, z); }
-    TextureColor operator()(double x, double y, double z = 0.0) const { return at(x, y, z); }
 
     std::unique_ptr<Pipeline3D> pipeline;
     const PipelineElement3D* element = nullptr;
@@ -202,65 +204,6 @@ inline std::string describe(const TextureColor& c) {
     text << "(" << c.red << ", " << c.green << ", " << c.blue << ", " << c.opacity << ")";
     return text.str();
 }
-
-/// Returns a fixed grey level; counts how often it was compiled.
-class LevelElement : public PipelineElement3D {
-public:
-    explicit LevelElement(float level) : mLevel(level) {}
-    TextureColor getValue(double, double, double) const override {
-        return {mLevel, mLevel, mLevel, 1.0f};
-    }
-
-private:
-    float mLevel;
-};
-
-class LevelModule : public Module {
-public:
-    explicit LevelModule(float level = 0.25f) : Module(0), mLevel(level) {}
-    std::size_t addToPipeline(Pipeline3D* pipeline) const override {
-        ++compileCount;
-        return pipeline->addElement(this, new LevelElement(mLevel));
-    }
-    int getType() const override { return 7; }
-    mutable int compileCount = 0;
-
-private:
-    float mLevel;
-};
-
-/// Sums its two sources channel by channel.
-class SumElement : public PipelineElement3D {
-public:
-    static constexpr int moduleType = 2;
-    SumElement(const Pipeline3D& pipeline, std::size_t a, std::size_t b)
-        : mA(pipeline.getElement(a)), mB(pipeline.getElement(b)) {}
-    TextureColor getValue(double x, double y, double z) const override {
-        const TextureColor a = mA->getValue(x, y, z);
-        const TextureColor b = mB->getValue(x, y, z);
-        return {a.red + b.red, a.green + b.green, a.blue + b.blue, a.opacity + b.opacity};
-    }
-
-private:
-    const PipelineElement3D* mA;
-    const PipelineElement3D* mB;
-};
-using SumModule = DualSourceModule<SumElement>;
-
-/// Passes its source through.
-class PassElement : public PipelineElement3D {
-public:
-    static constexpr int moduleType = 10;
-    PassElement(const Pipeline3D& pipeline, std::size_t source)
-        : mSource(pipeline.getElement(source)) {}
-    TextureColor getValue(double x, double y, double z) const override {
-        return mSource->getValue(x, y, z);
-    }
-
-private:
-    const PipelineElement3D* mSource;
-};
-using PassModule = SingleSourceModule<PassElement>;
 
 /// Calls check() once for every instruction set compiled in and supported here, with only that
 /// one allowed, and restores the normal choice afterwards.

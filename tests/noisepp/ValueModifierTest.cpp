@@ -1,14 +1,16 @@
-// Covers: the source order of the channel-wise combiners and RgbMap, Curve's point checks,
-// Exponent, ScaleBias, Clamp, Invert, Terrace and the channel combiners against the rows of
-// tests/data/modifier-values.txt, and Terrace's point checks in module and element.
+// Covers: the source order of the channel-wise combiners and RgbMap, Curve's and Terrace's
+// point checks in module and element, and Exponent, ScaleBias, Clamp, Invert, Terrace and the
+// channel combiners against the rows of tests/data/modifier-values.txt.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "TestSupport.h"
@@ -63,32 +65,46 @@ TEST(RgbMap, EvaluatesTheCoordinateSourceFirst) {
     EXPECT_EQ(log, "s") << "source 0 is compiled before source 1";
 }
 
-TEST(Curve, NeedsFourPoints) {
+/// Too few points are refused by the module before anything is compiled, and by the element.
+TEST(CurveAndTerrace, TooFewPointsAreRefused) {
     EchoModule echo;
     CurveModule curve;
+    TerraceModule terrace;
     for (int i = 0; i < 3; ++i)
         curve.addControlPoint(i, i);
-    Pipeline3D pipeline;
+    terrace.addTerracePoint(0.5);
     curve.setSourceModule(0, &echo);
-    const std::string message = messageOf([&] { curve.addToPipeline(&pipeline); });
-    EXPECT_TRUE(startsWith(message, "invalid parameter for 'count' in '")) << message;
-    EXPECT_TRUE(contains(message, "CurveModule::addToPipeline")) << message;
-    EXPECT_TRUE(contains(message, "': assertion 'count >= 4' failed")) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u) << "nothing is compiled for a refused curve";
+    terrace.setSourceModule(0, &echo);
+    Pipeline3D modules;
+    Pipeline3D elements;
+    const std::size_t source = echo.addToPipeline(&elements);
+    const double points[6] = {0, 0, 0.5, 0.5, 1, 1};
+    const std::string count = "invalid parameter for 'count' in '";
+    const std::string nullPoints = "invalid parameter for 'points' in '";
+    // The action, the start of its message and parts found in it.
+    const std::vector<std::pair<std::function<void()>, std::vector<std::string>>> rows = {
+        {[&] { curve.addToPipeline(&modules); },
+         {count, "CurveModule::addToPipeline", "': assertion 'count >= 4' failed"}},
+        {[&] { terrace.addToPipeline(&modules); },
+         {count, "TerraceModule::addToPipeline", "': assertion 'count >= 2' failed"}},
+        {[&] { CurveElement3D(elements, source, nullptr, 4); }, {nullPoints, "CurveElement3D"}},
+        {[&] { CurveElement3D(elements, source, points, 3); },
+         {count, ": assertion 'count >= 4' failed"}},
+        {[&] { TerraceElement3D(elements, source, nullptr, 2, false); },
+         {nullPoints, "TerraceElement3D", "': assertion 'points != nullptr' failed"}},
+        {[&] { TerraceElement3D(elements, source, points, 1, false); },
+         {count, "': assertion 'count >= 2' failed"}},
+    };
+    for (const auto& [action, parts] : rows) {
+        const std::string message = messageOf(action);
+        EXPECT_TRUE(startsWith(message, parts[0])) << message;
+        for (std::size_t i = 1; i < parts.size(); ++i)
+            EXPECT_TRUE(contains(message, parts[i])) << message;
+    }
+    EXPECT_EQ(modules.getElementCount(), 0u) << "nothing is compiled for a refused module";
     curve.addControlPoint(3, 3);
-    EXPECT_NO_THROW(curve.addToPipeline(&pipeline));
+    EXPECT_NO_THROW(curve.addToPipeline(&modules));
     EXPECT_EQ(curve.getControlPoints()[2], (CurveModule::ControlPoint{2.0, 2.0}));
-}
-
-TEST(Curve, ElementChecksItsPoints) {
-    Pipeline3D pipeline;
-    EchoModule echo;
-    const std::size_t source = echo.addToPipeline(&pipeline);
-    const double pairs[6] = {0, 0, 0.5, 0.5, 1, 1};
-    EXPECT_TRUE(contains(messageOf([&] { CurveElement3D(pipeline, source, nullptr, 4); }),
-                         "'points' in '"));
-    EXPECT_TRUE(contains(messageOf([&] { CurveElement3D(pipeline, source, pairs, 3); }),
-                         ": assertion 'count >= 4' failed"));
 }
 
 /// Exponent (opacity raised too, NaN for a negative channel to a fractional power), ScaleBias
@@ -141,31 +157,6 @@ TEST(ValueModifiersAndCombiners, GiveTheRecordedColours) {
         ++rows;
     }
     EXPECT_GT(rows, 20);
-}
-
-TEST(Terrace, NeedsTwoPoints) {
-    EchoModule echo;
-    TerraceModule single;
-    single.addTerracePoint(0.5);
-    single.setSourceModule(0, &echo);
-    Pipeline3D pipeline;
-    const std::string message = messageOf([&] { single.addToPipeline(&pipeline); });
-    EXPECT_TRUE(startsWith(message, "invalid parameter for 'count' in '")) << message;
-    EXPECT_TRUE(contains(message, "TerraceModule::addToPipeline")) << message;
-    EXPECT_TRUE(contains(message, "': assertion 'count >= 2' failed")) << message;
-    EXPECT_EQ(pipeline.getElementCount(), 0u);
-
-    const std::size_t source = echo.addToPipeline(&pipeline);
-    const double points[2] = {0.0, 1.0};
-    const std::string nullPoints =
-        messageOf([&] { TerraceElement3D(pipeline, source, nullptr, 2, false); });
-    EXPECT_TRUE(startsWith(nullPoints, "invalid parameter for 'points' in '")) << nullPoints;
-    EXPECT_TRUE(contains(nullPoints, "TerraceElement3D")) << nullPoints;
-    EXPECT_TRUE(contains(nullPoints, "': assertion 'points != nullptr' failed")) << nullPoints;
-    const std::string oneCount =
-        messageOf([&] { TerraceElement3D(pipeline, source, points, 1, false); });
-    EXPECT_TRUE(contains(oneCount, "'count' in '")) << oneCount;
-    EXPECT_TRUE(contains(oneCount, "': assertion 'count >= 2' failed")) << oneCount;
 }
 
 }  // namespace
