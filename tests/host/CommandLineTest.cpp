@@ -51,7 +51,11 @@ TEST(CommandLineTest, ExitCodesAndMessagesTellTheOutcome) {
          2,
          "",
          "bad.texture.json: node 'f' (Test Fill): attribute 'size'"},
-        {{"--plugin", "/nonexistent/libTexture.so", "nodes"}, 2, "", "TEXTURE_PLUGIN"},
+        {{"--plugin", "/nonexistent/libTexture.so", "nodes"},
+         2,
+         "",
+         "cannot load plug-in '/nonexistent/libTexture.so': "},
+        {{"--plugin", "/nonexistent/libTexture.so", "nodes"}, 2, "", "variable TEXTURE_PLUGIN)"},
         {{"--plugin", kPlugin, "selfcheck"}, 0, "1 of 1 self-checks passed", ""},
         {{"--plugin", kPlugin, "render", good, "--all", "-O", scratch.Path().string()}, 0, "", ""},
     };

@@ -232,13 +232,10 @@ TEST(NodeTest, EventsReachTheNodeFirstThenEachListenerOnce) {
 
 TEST(GradientNodeTest, SetGradientStoresAndAnnouncesTheChange) {
     GradientTestNode node;
-    const VertexGradient& start = node.GetGradient();
-    ASSERT_EQ(start.vertices.size(), 2u);
-    EXPECT_EQ(start.interpolation, VertexGradient::kLinear);
-    EXPECT_EQ(start.vertices[0].position, 0.0);
-    EXPECT_EQ(start.vertices[0].color, (Rgbo{0, 0, 0, 1}));
-    EXPECT_EQ(start.vertices[1].position, 1.0);
-    EXPECT_EQ(start.vertices[1].color, (Rgbo{1, 1, 1, 1}));
+    VertexGradient blackToWhite;
+    blackToWhite.interpolation = VertexGradient::kLinear;
+    blackToWhite.vertices = {{0.0, Rgbo{0, 0, 0, 1}}, {1.0, Rgbo{1, 1, 1, 1}}};
+    EXPECT_EQ(node.GetGradient(), blackToWhite);
 
     EventRecorder recorder;
     node.AddNodeListener(&recorder);

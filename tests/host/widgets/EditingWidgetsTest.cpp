@@ -49,51 +49,47 @@ protected:
     QLineEdit* field = nullptr;
 };
 
-TEST_F(DragSpinnerTest, LinearDragMovesByStepsEitherWay) {
+TEST_F(DragSpinnerTest, DragsMoveByStepsOrScaleAndStopAtTheRange) {
     QSignalSpy started(spinner.get(), &QDragSpinner::dragStarted);
     QSignalSpy finished(spinner.get(), &QDragSpinner::dragFinished);
-    spinner->setValue(1.0);
-    Drag(40, 0);  // 40 pixels at 4 per step: 10 steps of 0.5
-    EXPECT_DOUBLE_EQ(spinner->value(), 6.0);
-    EXPECT_EQ(started.count(), 1);
-    EXPECT_EQ(finished.count(), 1);
+    // Default 4 pixels per step of 0.5; pixelsPerStep 0 keeps the current setting.
+    struct Row {
+        bool logarithmic;
+        int pixelsPerStep;
+        double start;
+        int dx, dy;
+        double expected;
+    } const rows[] = {
+        {false, 0, 1.0, 40, 0, 6.0},    // right raises: 10 steps
+        {false, 0, 6.0, 0, 20, 3.5},    // down lowers: 5 steps
+        {false, 10, 3.5, 0, -40, 5.5},  // up raises: 4 steps
+        {true, 10, 2.0, 100, 0, 4.0},   // logarithmic doubles...
+        {true, 10, 4.0, -200, 0, 1.0},  // ...and halves
+        {true, 4, 0.0, 12, 0, 1.5},     // from zero: nothing to scale, steps
+        {false, 0, 90.0, 400, 0, 100.0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.start);
+        spinner->setLogarithmic(row.logarithmic);
+        if (row.pixelsPerStep > 0)
+            spinner->setPixelsPerStep(row.pixelsPerStep);
+        spinner->setValue(row.start);
+        Drag(row.dx, row.dy);
+        EXPECT_DOUBLE_EQ(spinner->value(), row.expected);
+    }
+    EXPECT_EQ(started.count(), 7);
+    EXPECT_EQ(finished.count(), 7);
     EXPECT_FALSE(spinner->isDragging());
-
-    Drag(0, 20);  // down lowers: 5 steps
-    EXPECT_DOUBLE_EQ(spinner->value(), 3.5);
-    spinner->setPixelsPerStep(10);
-    Drag(0, -40);  // up raises: 4 steps
-    EXPECT_DOUBLE_EQ(spinner->value(), 5.5);
 }
 
-TEST_F(DragSpinnerTest, LogarithmicDragScalesPositiveValues) {
-    spinner->setLogarithmic(true);
-    spinner->setValue(2.0);
-    Drag(100, 0);
-    EXPECT_DOUBLE_EQ(spinner->value(), 4.0);
-    Drag(-200, 0);
-    EXPECT_DOUBLE_EQ(spinner->value(), 1.0);
-    // From zero a logarithmic drag has nothing to scale and moves by steps.
-    spinner->setValue(0.0);
-    Drag(12, 0);
-    EXPECT_DOUBLE_EQ(spinner->value(), 1.5);
-}
-
-TEST_F(DragSpinnerTest, DragStopsAtTheRangeAndSmallMovesAreClicks) {
-    spinner->setValue(90.0);
-    Drag(400, 0);
-    EXPECT_DOUBLE_EQ(spinner->value(), 100.0);
-
+TEST_F(DragSpinnerTest, SmallMovesAreClicksAndADisabledSpinnerIgnoresDrags) {
     QSignalSpy started(spinner.get(), &QDragSpinner::dragStarted);
     QSignalSpy changed(spinner.get(), &QDragSpinner::valueChanged);
     Drag(1, 0);  // below the drag distance: a click in the text
-    EXPECT_DOUBLE_EQ(spinner->value(), 100.0);
+    EXPECT_DOUBLE_EQ(spinner->value(), 0.0);
     EXPECT_EQ(started.count(), 0);
     EXPECT_EQ(changed.count(), 0);
-
-    // A disabled spinner ignores drags.
     spinner->setEnabled(false);
-    spinner->setValue(0.0);
     Drag(40, 0);
     EXPECT_DOUBLE_EQ(spinner->value(), 0.0);
 }

@@ -81,7 +81,7 @@ TEST_F(ManagerTest, HandlersAreOnePerObjectAndMayLeaveDuringAnEvent) {
     EXPECT_EQ(recorder.codes, (std::vector<unsigned>{7, 8, 9}));
 }
 
-TEST_F(ManagerTest, ClearingTheSharedEngineForgetsItsNodes) {
+TEST_F(ManagerTest, ClearingTheSharedEngineForgetsItsNodesAndADeletedMainWidgetIsForgotten) {
     Engine* engine = manager->GetEngine();
     ASSERT_EQ(engine, Engine::Get());
     Node* node = engine->AddNode(std::make_unique<KindsNode>(), "manager-test");
@@ -93,9 +93,8 @@ TEST_F(ManagerTest, ClearingTheSharedEngineForgetsItsNodes) {
     EXPECT_EQ(manager->GetActiveNode(), nullptr);
     EXPECT_EQ(manager->GetDisplayNode(), nullptr);
     EXPECT_EQ(recorder.codes, (std::vector<unsigned>{0, 1}));
-}
 
-TEST_F(ManagerTest, MainWidgetIsForgottenWhenDeleted) {
+    // Likewise the main widget once deleted.
     auto* window = new QWidget;
     manager->SetMainWidget(window);
     EXPECT_EQ(manager->GetMainWidget(), window);
