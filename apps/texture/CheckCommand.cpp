@@ -33,6 +33,21 @@ std::string Describe(Engine& engine, const Node& node) {
 
 }  // namespace
 
+std::string FrameProblem(const Node& node) {
+    const Attribute* frame = FrameOf(node);
+    if (frame == nullptr)
+        return {};
+    const Frame value = frame->GetValue().GetFrame();
+    const long width = Pixels(value.sizeX);
+    const long height = Pixels(value.sizeY);
+    if (width >= 1 && height >= 1 && width <= Image::GetMaxSizeX() &&
+        height <= Image::GetMaxSizeY())
+        return {};
+    return "the frame is " + std::to_string(width) + " x " + std::to_string(height) +
+           " pixels; it must be 1 to " + std::to_string(Image::GetMaxSizeX()) + " x " +
+           std::to_string(Image::GetMaxSizeY()) + " (raise the largest with --max-size)";
+}
+
 int RunCheck(const PluginLoader& catalogue, const std::string& path) {
     Engine& engine = *Engine::Get();
     Document document;
@@ -50,18 +65,9 @@ int RunCheck(const PluginLoader& catalogue, const std::string& path) {
         }
     }
     for (Node* node : engine.GetNodes()) {
-        if (const Attribute* frame = FrameOf(*node)) {
-            const Frame value = frame->GetValue().GetFrame();
-            const long width = Pixels(value.sizeX);
-            const long height = Pixels(value.sizeY);
-            if (width < 1 || height < 1 || width > Image::GetMaxSizeX() ||
-                height > Image::GetMaxSizeY())
-                problems.push_back(path + ": " + Describe(engine, *node) + ": the frame is " +
-                                   std::to_string(width) + " x " + std::to_string(height) +
-                                   " pixels; it must be 1 to " +
-                                   std::to_string(Image::GetMaxSizeX()) + " x " +
-                                   std::to_string(Image::GetMaxSizeY()) +
-                                   " (raise the largest with --max-size)");
+        if (FrameOf(*node) != nullptr) {
+            if (const std::string problem = FrameProblem(*node); !problem.empty())
+                problems.push_back(path + ": " + Describe(engine, *node) + ": " + problem);
             continue;
         }
         if (node->IsEvaluationEnabled() && !engine.EvaluateNode(node) &&

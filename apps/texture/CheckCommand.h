@@ -2,7 +2,13 @@
 
 #include <string>
 
+class Node;
 class PluginLoader;
+
+/// Empty when `node` has no frame or its frame, rounded to whole pixels half down as render
+/// nodes do, is at least one pixel each way and within the host's largest image; otherwise
+/// what is wrong, in one sentence.
+std::string FrameProblem(const Node& node);
 
 /// `texture check DOC`: loads the document and finds, without rendering, what would make a
 /// render of it fail: every node but the render nodes is evaluated (image files are read,

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "apps/common/RenderToFile.h"
+#include "apps/texture/CheckCommand.h"
 #include "apps/texture/OutputName.h"
 #include "apps/texture/Overrides.h"
 #include "host/Document.h"
@@ -132,6 +133,9 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
     for (Node* node : targets) {
         if (RenderToFile::FindImageOutplug(*node) < 0)
             return usageError(renderer.Describe(*node) + " has no image output");
+        if (!options.large.Applies())
+            if (const std::string problem = FrameProblem(*node); !problem.empty())
+                return usageError(renderer.Describe(*node) + ": " + problem);
         // A render node without its texture paints a default picture, rarely what was meant.
         for (const Node::Inplug& inplug : node->GetInplugs())
             if (inplug.regularInputId >= 0 && inplug.plugType == Node::kTexturePlug &&

@@ -103,6 +103,11 @@ TEST(CommandTest, CheckFindsWhatARenderWouldStumbleOnWithoutRendering) {
         const std::string& said = row.exitCode == 0 ? result.out : result.err;
         EXPECT_NE(said.find(row.says), std::string::npos) << "missing: " << row.says;
     }
+    // A render refuses the same frame in the same words, before rendering anything.
+    const testsupport::CommandResult render = testsupport::RunTexture(
+        {"render", folder / "thin.texture.json", "-o", folder / "thin.png"});
+    EXPECT_EQ(render.exitCode, 2);
+    EXPECT_NE(render.err.find("the frame is 0 x 8 pixels"), std::string::npos) << render.err;
 }
 
 }  // namespace
