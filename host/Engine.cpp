@@ -101,6 +101,17 @@ void Engine::DeleteNode(Node* node, const std::string& label) {
     mImpl->history.Put(std::make_unique<NodeStateContainer>(this, node), label);
 }
 
+void Engine::RecordAddition(Node* node, const std::string& label) {
+    Scope scope(mImpl->events);
+    if (mImpl->graph.Find(node) == nullptr)
+        return;
+    // The record of a presence takes the node out when made; putting it straight back leaves
+    // a record whose first swap (the undo) takes it out again.
+    auto presence = std::make_unique<NodeStateContainer>(this, node);
+    presence->Swap();
+    mImpl->history.Put(std::move(presence), label);
+}
+
 Engine::DetachedNode Engine::DetachNode(Node* node) {
     Scope scope(mImpl->events);
     DetachedNode detached;

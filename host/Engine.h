@@ -63,6 +63,9 @@ public:
     /// links; redo removes it again. The history keeps the removed node until the step is
     /// forgotten, which deletes it.
     void DeleteNode(Node* node, const std::string& label = "Delete Node");
+    /// Records `node`, just added, as an undo step labelled `label` (or as part of the open
+    /// step): undo takes it out again with any links made to it since, redo puts it back.
+    void RecordAddition(Node* node, const std::string& label);
     /// Removes every node and link, empties the scene's model list, forgets the undo history
     /// and sends kSceneReplaced. Hosts clear the engine before unloading a plug-in.
     void Clear();

@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QSettings>
 #include <QWidget>
 
 #include "apps/texture-studio/GraphEditor.h"
@@ -13,6 +14,10 @@
 namespace {
 
 constexpr const char* kDocumentFilter = "Texture graphs (*.texture.json);;JSON files (*.json)";
+constexpr const char* kRecentKey = "recentFiles";
+constexpr int kRecentCount = 8;
+constexpr const char* kSettingsOrganization = "Texture";
+constexpr const char* kSettingsApplication = "Texture Studio";
 
 }  // namespace
 
@@ -47,6 +52,7 @@ bool DocumentController::Open(const QString& path, QString* error) {
         return false;
     }
     mPath = QFileInfo(path).absoluteFilePath();
+    RememberRecent(mPath);
     mEditor->EndReplace(mEngine->FindNode(document.GetActive()),
                         mEngine->FindNode(document.GetDisplay()));
     emit replaced();
@@ -68,6 +74,7 @@ bool DocumentController::Save(const QString& path, QString* error) {
         return false;
     }
     mPath = QFileInfo(path).absoluteFilePath();
+    RememberRecent(mPath);
     SetModified(false);
     emit report(tr("Saved %1").arg(path));
     return true;
@@ -143,4 +150,31 @@ bool DocumentController::MaybeSave() {
         return !mModified;
     }
     return true;
+}
+
+QStringList DocumentController::GetRecentFiles() const {
+    QStringList existing;
+    const QSettings settings(kSettingsOrganization, kSettingsApplication);
+    for (const QString& path : settings.value(kRecentKey).toStringList())
+        if (QFileInfo::exists(path))
+            existing.append(path);
+    return existing;
+}
+
+void DocumentController::RememberRecent(const QString& path) {
+    QSettings settings(kSettingsOrganization, kSettingsApplication);
+    QStringList recent = settings.value(kRecentKey).toStringList();
+    recent.removeAll(path);
+    recent.prepend(path);
+    while (recent.size() > kRecentCount)
+        recent.removeLast();
+    settings.setValue(kRecentKey, recent);
+}
+
+void DocumentController::OpenRecentAfterAsking(const QString& path) {
+    if (!MaybeSave())
+        return;
+    QString error;
+    if (!Open(path, &error))
+        QMessageBox::warning(mWindow, tr("Open Graph"), error);
 }

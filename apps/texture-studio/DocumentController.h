@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class Engine;
 class GraphEditor;
@@ -40,6 +41,12 @@ public:
     void NewAfterAsking();
     /// Offers to save unsaved changes; false when the user cancels.
     bool MaybeSave();
+    /// Opens `path` after offering to save unsaved changes (the Open Recent menu).
+    void OpenRecentAfterAsking(const QString& path);
+
+    /// The documents opened or saved last, newest first, those that still exist; kept in the
+    /// user's settings across sessions.
+    QStringList GetRecentFiles() const;
 
 signals:
     /// The engine holds another graph (opened or new).
@@ -49,6 +56,8 @@ signals:
     void report(const QString& message);
 
 private:
+    void RememberRecent(const QString& path);
+
     const PluginLoader& mCatalogue;
     GraphEditor* mEditor;
     QWidget* mWindow;

@@ -25,7 +25,7 @@ GraphEditor::GraphEditor(const PluginLoader& catalogue, GraphScene* scene, QObje
             [this](Node* node) { mManager->SetDisplayNode(node); });
 }
 
-Node* GraphEditor::AddNode(const QString& typeName, const QPointF& position) {
+Node* GraphEditor::CreateNode(const QString& typeName, const QPointF& position) {
     std::string error;
     std::unique_ptr<Node> created = mCatalogue.CreateNode(typeName.toStdString(), &error);
     if (created == nullptr) {
@@ -39,9 +39,97 @@ Node* GraphEditor::AddNode(const QString& typeName, const QPointF& position) {
     }
     node->AddNodeListener(this);
     mScene->AddNodeItem(node, position);
+    return node;
+}
+
+Node* GraphEditor::AddNode(const QString& typeName, const QPointF& position) {
+    Node* node = CreateNode(typeName, position);
+    if (node == nullptr)
+        return nullptr;
+    mEngine->RecordAddition(node, "Add " + typeName.toStdString());
     mManager->SetActiveNode(node);
     emit edited();
+    emit graphChanged();
     return node;
+}
+
+GraphEditor::Clipboard GraphEditor::CopyOfSelection() const {
+    Clipboard copy;
+    std::map<const Node*, std::size_t> index;
+    for (QGraphicsItem* item : mScene->selectedItems()) {
+        const auto* nodeItem = dynamic_cast<NodeItem*>(item);
+        if (nodeItem == nullptr)
+            continue;
+        const Node* node = nodeItem->GetNode();
+        Clipboard::CopiedNode copied{
+            QString::fromStdString(node->GetTypeName()), nodeItem->GetId(), nodeItem->pos(), {}};
+        for (const auto& attribute : node->GetAttributes())
+            copied.attributes.emplace_back(attribute->GetId(), attribute->GetValue());
+        index[node] = copy.nodes.size();
+        copy.nodes.push_back(std::move(copied));
+    }
+    for (const auto& link : mEngine->GetLinks()) {
+        const auto from = index.find(link.from);
+        const auto to = index.find(link.to);
+        if (from != index.end() && to != index.end())
+            copy.links.push_back({from->second, link.outplug, to->second, link.inplug});
+    }
+    return copy;
+}
+
+void GraphEditor::CopySelected() {
+    Clipboard copy = CopyOfSelection();
+    if (copy.nodes.empty())
+        return;
+    mClipboard = std::move(copy);
+    mPasteCount = 0;
+    emit report(tr("Copied %n node(s)", nullptr, static_cast<int>(mClipboard.nodes.size())));
+}
+
+void GraphEditor::Paste() {
+    if (mClipboard.nodes.empty())
+        return;
+    ++mPasteCount;
+    PasteCopy(mClipboard, QPointF(40, 40) * mPasteCount, tr("Paste"));
+}
+
+void GraphEditor::DuplicateSelected() {
+    const Clipboard copy = CopyOfSelection();
+    if (!copy.nodes.empty())
+        PasteCopy(copy, QPointF(40, 40), tr("Duplicate"));
+}
+
+void GraphEditor::PasteCopy(const Clipboard& copy, const QPointF& offset, const QString& label) {
+    const std::string step = label.toStdString();
+    Engine::StateRecorderBegin(mEngine, this, step);
+    std::vector<Node*> pasted;
+    for (const Clipboard::CopiedNode& copied : copy.nodes) {
+        Node* node = CreateNode(copied.typeName, copied.position + offset);
+        pasted.push_back(node);
+        if (node == nullptr)
+            continue;
+        mEngine->RecordAddition(node, step);
+        for (const auto& [id, value] : copied.attributes) {
+            std::string error;
+            if (!mEngine->SetAttributeValue(node, id, value, &error))
+                emit report(QString::fromStdString(error));
+        }
+    }
+    for (const Clipboard::CopiedLink& link : copy.links)
+        if (pasted[link.from] != nullptr && pasted[link.to] != nullptr)
+            mEngine->Connect(pasted[link.from], link.outplug, pasted[link.to], link.inplug);
+    Engine::StateRecorderAccept(mEngine, this, step);
+
+    mSyncingSelection = true;
+    mScene->clearSelection();
+    for (Node* node : pasted)
+        if (NodeItem* item = node != nullptr ? mScene->ItemFor(node) : nullptr)
+            item->setSelected(true);
+    mSyncingSelection = false;
+    if (!pasted.empty() && pasted.back() != nullptr)
+        mManager->SetActiveNode(pasted.back());
+    AfterGraphChange();
+    emit edited();
 }
 
 void GraphEditor::RemoveNode(Node* node) {
@@ -63,16 +151,15 @@ void GraphEditor::Hide(Node* node) {
     mScene->RemoveNodeItem(node);
 }
 
-void GraphEditor::SyncDeletedNodes() {
+void GraphEditor::SyncNodeItems() {
+    for (NodeItem* item : mScene->GetNodeItems())
+        if (mEngine->GetNodeId(item->GetNode()).empty())
+            Hide(item->GetNode());
     for (const auto& [key, position] : mDeletedAt) {
         Node* node = const_cast<Node*>(key);
-        const bool inEngine = !mEngine->GetNodeId(node).empty();
-        const bool shown = mScene->ItemFor(node) != nullptr;
-        if (inEngine && !shown) {
+        if (!mEngine->GetNodeId(node).empty() && mScene->ItemFor(node) == nullptr) {
             mScene->AddNodeItem(node, position);
             node->AddNodeListener(this);
-        } else if (!inEngine && shown) {
-            Hide(node);
         }
     }
 }
@@ -127,7 +214,7 @@ void GraphEditor::Redo() {
 void GraphEditor::Replay(bool (Engine::*step)()) {
     if (!(mEngine->*step)())
         return;
-    SyncDeletedNodes();
+    SyncNodeItems();
     AfterGraphChange();
     emit edited();
 }
@@ -179,7 +266,10 @@ void GraphEditor::EndReplace(Node* active, Node* display) {
 void GraphEditor::OnNodeEvent(Node* node, const NodeEvent& event) {
     if (event.type == NodeEvent::kInputsChanged || event.type == NodeEvent::kParameterChanged)
         emit edited();
-    if (event.type == NodeEvent::kOutputChanged && node == mManager->GetDisplayNode())
+    if (event.type != NodeEvent::kOutputChanged)
+        return;
+    emit outputChanged(node);
+    if (node == mManager->GetDisplayNode())
         emit displayOutputChanged();
 }
 

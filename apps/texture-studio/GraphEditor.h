@@ -3,8 +3,11 @@
 #include <QObject>
 #include <QPointF>
 #include <map>
+#include <utility>
+#include <vector>
 
 #include "host/NodeEvent.h"
+#include "host/NodeValue.h"
 
 class Engine;
 class GraphScene;
@@ -12,9 +15,9 @@ class Manager;
 class Node;
 class PluginLoader;
 
-/// Edits the engine's graph from the studio: adds, links, unlinks and deletes nodes as undo
-/// steps, keeps the scene's items in step with the engine through undo and redo, and ties the
-/// scene's selection to the manager's active node.
+/// Edits the engine's graph from the studio: adds, duplicates, pastes, links, unlinks and
+/// deletes nodes as undo steps, keeps the scene's items in step with the engine through undo
+/// and redo, and ties the scene's selection to the manager's active node.
 class GraphEditor : public QObject, public NodeListener {
     Q_OBJECT
 
@@ -23,8 +26,16 @@ public:
     GraphEditor(const PluginLoader& catalogue, GraphScene* scene, QObject* parent = nullptr);
 
     /// Adds a node of the named type at a scene point (null and a report when the type is
-    /// unknown) and makes it active.
+    /// unknown) as one undo step ("Add <type>") and makes it active.
     Node* AddNode(const QString& typeName, const QPointF& position);
+    /// Remembers the selected nodes, their attributes and the links among them.
+    void CopySelected();
+    /// Adds copies of what was copied last, offset from the originals, with their attributes
+    /// and the links among them, as one undo step; the copies become the selection.
+    void Paste();
+    /// Copies and pastes the selection in one go (the copy is not remembered).
+    void DuplicateSelected();
+    bool CanPaste() const { return !mClipboard.nodes.empty(); }
     /// Removes a node, its links and its item, as one undo step ("Delete Node").
     void RemoveNode(Node* node);
     /// Links through the engine (recorded for undo); false with the engine's message.
@@ -56,25 +67,53 @@ signals:
     void nodeLeaving(Node* node);
     /// The display node's output changed and wants evaluating again.
     void displayOutputChanged();
+    /// A node's output changed (its thumbnail is out of date). May come from another thread.
+    void outputChanged(Node* node);
     void report(const QString& message);
 
 private:
+    /// Nodes as copied: types, attribute values, places and the links among them.
+    struct Clipboard {
+        struct CopiedNode {
+            QString typeName;
+            QString id;
+            QPointF position;
+            std::vector<std::pair<unsigned, NodeValue>> attributes;
+        };
+        struct CopiedLink {
+            std::size_t from;
+            unsigned outplug;
+            std::size_t to;
+            unsigned inplug;
+        };
+        std::vector<CopiedNode> nodes;
+        std::vector<CopiedLink> links;
+    };
+
+    Clipboard CopyOfSelection() const;
+    /// Adds the clipboard's nodes `offset` away from where they were copied, as one undo step.
+    void PasteCopy(const Clipboard& copy, const QPointF& offset, const QString& label);
+    /// Creates a node of the named type with a fresh id and its item; null with a report.
+    Node* CreateNode(const QString& typeName, const QPointF& position);
     void OnSelectionChanged();
     /// Undoes or redoes one step of the engine's history and follows it.
     void Replay(bool (Engine::*step)());
     void AfterGraphChange();
     /// Takes the node's item away, remembering where it stood.
     void Hide(Node* node);
-    /// Shows again the deleted nodes an undo brought back and hides those a redo took away.
-    void SyncDeletedNodes();
+    /// Shows again the nodes an undo or redo brought back and hides those it took away.
+    void SyncNodeItems();
     QString UniqueId(const QString& typeName) const;
 
     const PluginLoader& mCatalogue;
     GraphScene* mScene;
     Engine* mEngine;
     Manager* mManager;
-    /// Where deleted nodes stood, so that undoing their deletion puts them back there. Keys
-    /// are only compared, never followed: the history may have freed the node since.
+    /// Where nodes taken out of the graph stood, so that bringing them back puts them there.
+    /// Keys are only compared, never followed: the history may have freed the node since.
     std::map<const Node*, QPointF> mDeletedAt;
+    Clipboard mClipboard;
+    /// How many times the clipboard was pasted, so that each paste lands a step further.
+    int mPasteCount = 0;
     bool mSyncingSelection = false;
 };

@@ -13,7 +13,7 @@
 #include "host/PluginLoader.h"
 
 namespace {
-constexpr double kColumnWidth = 230.0;
+constexpr double kColumnWidth = 240.0;
 constexpr double kRowGap = 30.0;
 }  // namespace
 
@@ -41,6 +41,13 @@ void GraphScene::Rebuild() {
     mNodes.clear();
     clear();
 
+    for (Node* node : mEngine->GetNodes())
+        AddNodeItem(node, QPointF());
+    SyncLinks();
+    Arrange();
+}
+
+void GraphScene::Arrange() {
     // Columns by depth: a node sits one column right of its deepest source.
     const std::vector<Node*> nodes = mEngine->GetNodes();
     const auto links = mEngine->GetLinks();
@@ -57,19 +64,57 @@ void GraphScene::Rebuild() {
         if (!changed)
             break;
     }
-    std::map<int, double> columnBottom;
-    for (Node* node : nodes) {
-        const int column = depth[node];
-        NodeItem* item = AddNodeItem(node, QPointF(column * kColumnWidth, columnBottom[column]));
-        columnBottom[column] += item->boundingRect().height() + kRowGap;
+    std::map<int, std::vector<Node*>> columns;
+    for (Node* node : nodes)
+        columns[depth[node]].push_back(node);
+    // Within a column, nodes follow the mean row of their sources, which keeps links short
+    // and mostly uncrossed; nodes without sources keep the document's order.
+    std::map<const Node*, double> row;
+    for (auto& [column, members] : columns) {
+        std::map<const Node*, double> key;
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            double sum = 0.0;
+            int count = 0;
+            for (const auto& link : links)
+                if (link.to == members[i] && row.count(link.from) != 0) {
+                    sum += row[link.from];
+                    ++count;
+                }
+            key[members[i]] = count > 0 ? sum / count : static_cast<double>(i);
+        }
+        std::stable_sort(members.begin(), members.end(),
+                         [&key](const Node* a, const Node* b) { return key[a] < key[b]; });
+        double bottom = 0.0;
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            row[members[i]] = static_cast<double>(i);
+            NodeItem* item = ItemFor(members[i]);
+            if (item == nullptr)
+                continue;
+            item->setPos(column * kColumnWidth, bottom);
+            bottom += item->boundingRect().height() + kRowGap;
+        }
     }
-    SyncLinks();
+    UpdateLinkPaths();
+}
+
+void GraphScene::SetThumbnailsShown(bool shown) {
+    mThumbnailsShown = shown;
+    for (const auto& [node, item] : mNodes)
+        item->SetThumbnailsAllowed(shown);
+}
+
+std::vector<NodeItem*> GraphScene::GetNodeItems() const {
+    std::vector<NodeItem*> items;
+    for (const auto& [node, item] : mNodes)
+        items.push_back(item);
+    return items;
 }
 
 NodeItem* GraphScene::AddNodeItem(Node* node, const QPointF& position) {
     auto* item =
         new NodeItem(node, QString::fromStdString(mEngine->GetNodeId(node)), IconFor(node));
     item->setPos(position);
+    item->SetThumbnailsAllowed(mThumbnailsShown);
     addItem(item);
     mNodes[node] = item;
     return item;

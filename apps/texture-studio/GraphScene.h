@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <vector>
 
 #include <QGraphicsScene>
 
@@ -22,8 +23,15 @@ class GraphScene : public QGraphicsScene {
 public:
     GraphScene(Engine* engine, const PluginLoader* catalogue, QObject* parent = nullptr);
 
-    /// Drops every item and makes them again from the engine, laid out in columns by depth.
+    /// Drops every item and makes them again from the engine, arranged.
     void Rebuild();
+    /// Lays the nodes out left to right by dependency: a node one column right of its deepest
+    /// source, the nodes of a column ordered to keep links short.
+    void Arrange();
+    std::vector<NodeItem*> GetNodeItems() const;
+    /// Whether node items show thumbnails at all (new items included).
+    void SetThumbnailsShown(bool shown);
+    bool AreThumbnailsShown() const { return mThumbnailsShown; }
     /// An item for a node just added to the engine, at `position`.
     NodeItem* AddNodeItem(Node* node, const QPointF& position);
     void RemoveNodeItem(Node* node);
@@ -59,6 +67,7 @@ private:
     const PluginLoader* mCatalogue;
     std::map<const Node*, NodeItem*> mNodes;
     std::vector<LinkItem*> mLinks;
+    bool mThumbnailsShown = true;
 
     // The link being dragged.
     QGraphicsPathItem* mDragLine = nullptr;

@@ -23,6 +23,15 @@ QPointF GraphView::CenterPoint() const {
     return mapToScene(viewport()->rect().center());
 }
 
+QPointF GraphView::TakePlacementPoint() {
+    const QRectF visible = mapToScene(viewport()->rect()).boundingRect();
+    if (!mHasPlacement || !visible.contains(mPlacement))
+        return CenterPoint();
+    const QPointF point = mPlacement;
+    mPlacement += QPointF(20, 60);
+    return point;
+}
+
 void GraphView::wheelEvent(QWheelEvent* event) {
     const double factor = std::pow(1.2, event->angleDelta().y() / 120.0);
     const double zoom = transform().m11() * factor;
@@ -40,6 +49,10 @@ void GraphView::mousePressEvent(QMouseEvent* event) {
                          Qt::LeftButton, event->modifiers());
         QGraphicsView::mousePressEvent(&left);
         return;
+    }
+    if (event->button() == Qt::LeftButton && itemAt(event->position().toPoint()) == nullptr) {
+        mPlacement = mapToScene(event->position().toPoint());
+        mHasPlacement = true;
     }
     QGraphicsView::mousePressEvent(event);
 }

@@ -28,6 +28,9 @@ NodeItem::NodeItem(Node* node, const QString& id, const QIcon& icon)
     : mNode(node), mId(id), mIcon(icon) {
     setFlags(ItemIsMovable | ItemIsSelectable | ItemSendsGeometryChanges);
     setAcceptHoverEvents(true);
+    for (const auto& output : mNode->GetOutplugs())
+        if (output.plugType == Node::kImagePlug || output.plugType == Node::kTexturePlug)
+            mCanShowThumbnail = true;
     SetPorts({});
     UpdateState();
 }
@@ -54,6 +57,47 @@ int NodeItem::Rows() const {
         std::count_if(mPorts.begin(), mPorts.end(), [](const Port& p) { return !p.output; });
     const auto outputs = static_cast<long>(mPorts.size()) - inputs;
     return static_cast<int>(std::max<long>({inputs, outputs, 1}));
+}
+
+QRectF NodeItem::BoxRect() const {
+    double height = kTitleHeight + Rows() * kRowHeight;
+    if (ShowsThumbnail())
+        height += kThumbnailSide + 8;
+    return {0, 0, kWidth, height};
+}
+
+QRectF NodeItem::ThumbnailRect() const {
+    return {(kWidth - kThumbnailSide) / 2, kTitleHeight + Rows() * kRowHeight + 4,
+            static_cast<double>(kThumbnailSide), static_cast<double>(kThumbnailSide)};
+}
+
+bool NodeItem::ShowsThumbnail() const {
+    return mCanShowThumbnail && mThumbnailWanted && mThumbnailsAllowed;
+}
+
+void NodeItem::SetThumbnailWanted(bool wanted) {
+    if (mThumbnailWanted == wanted)
+        return;
+    prepareGeometryChange();
+    mThumbnailWanted = wanted;
+}
+
+void NodeItem::SetThumbnailsAllowed(bool allowed) {
+    if (mThumbnailsAllowed == allowed)
+        return;
+    prepareGeometryChange();
+    mThumbnailsAllowed = allowed;
+}
+
+void NodeItem::SetThumbnail(const QImage& image, const QString& why) {
+    mThumbnail = image;
+    mThumbnailWhy = why;
+    mThumbnailStale = false;
+    update();
+}
+
+void NodeItem::SetThumbnailStale(bool stale) {
+    mThumbnailStale = stale;
 }
 
 QPointF NodeItem::LocalPortPosition(const Port& port) const {
@@ -105,13 +149,13 @@ void NodeItem::UpdateState() {
 QRectF NodeItem::boundingRect() const {
     const double margin = kPortRadius + 2;
     // The id is written under the box.
-    return {-margin, -margin, kWidth + 2 * margin,
-            kTitleHeight + Rows() * kRowHeight + 2 * margin + 16};
+    const QRectF box = BoxRect();
+    return {-margin, -margin, kWidth + 2 * margin, box.height() + 2 * margin + 16};
 }
 
 void NodeItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
     painter->setRenderHint(QPainter::Antialiasing, true);
-    const QRectF box(0, 0, kWidth, kTitleHeight + Rows() * kRowHeight);
+    const QRectF box = BoxRect();
     QColor title(70, 74, 82);
     if (mState == Node::kStateError)
         title = QColor(170, 50, 50);
@@ -130,6 +174,13 @@ void NodeItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     painter->setPen(outline);
     painter->setBrush(Qt::NoBrush);
     painter->drawRoundedRect(box, 5, 5);
+    if (mState == Node::kStateError) {
+        // Outside the display and selection outlines, so that neither hides it.
+        painter->setPen(QPen(QColor(235, 60, 60), 3.0));
+        painter->drawRoundedRect(box.adjusted(-4, -4, 4, 4), 7, 7);
+    }
+    if (ShowsThumbnail())
+        PaintThumbnail(painter);
 
     double textLeft = 6;
     if (!mIcon.isNull()) {
@@ -164,6 +215,26 @@ void NodeItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     painter->setPen(QColor(150, 150, 150));
     painter->drawText(QRectF(0, box.bottom() + 1, kWidth, 14), Qt::AlignLeft | Qt::TextDontClip,
                       mId);
+}
+
+void NodeItem::PaintThumbnail(QPainter* painter) const {
+    const QRectF area = ThumbnailRect();
+    painter->setPen(QPen(QColor(20, 20, 20), 1));
+    painter->setBrush(QColor(30, 30, 34));
+    painter->drawRect(area);
+    if (mThumbnail.isNull()) {
+        painter->setPen(QColor(150, 150, 150));
+        QFont font = painter->font();
+        font.setPointSizeF(font.pointSizeF() * 0.85);
+        painter->setFont(font);
+        painter->drawText(area.adjusted(4, 4, -4, -4), Qt::AlignCenter | Qt::TextWordWrap,
+                          mThumbnailWhy.isEmpty() ? QObject::tr("rendering...") : mThumbnailWhy);
+        return;
+    }
+    const QSizeF size = QSizeF(mThumbnail.size()).scaled(area.size(), Qt::KeepAspectRatio);
+    const QRectF target(area.center().x() - size.width() / 2, area.center().y() - size.height() / 2,
+                        size.width(), size.height());
+    painter->drawImage(target, mThumbnail);
 }
 
 QVariant NodeItem::itemChange(GraphicsItemChange change, const QVariant& value) {

@@ -2,13 +2,15 @@
 
 #include <QGraphicsItem>
 #include <QIcon>
+#include <QImage>
 #include <vector>
 
 class Node;
 
 /// A node drawn in the graph: a box titled with its type and id, its input plugs on the left
-/// and its outputs on the right. Shows the node's state (error red, warning yellow) and
-/// whether it is the display node.
+/// and its outputs on the right, and under them a thumbnail of what it makes (for nodes with
+/// an image or texture output, while thumbnails are shown). Shows the node's state (an error
+/// in a red frame, a warning in yellow) and whether it is the display node.
 class NodeItem : public QGraphicsItem {
 public:
     /// A plug drawn on the box.
@@ -34,6 +36,26 @@ public:
     const Port* PortAt(const QPointF& scenePoint) const;
 
     void SetDisplay(bool display);
+    bool IsDisplay() const { return mDisplay; }
+
+    /// True for nodes with an image or texture output: they can show a thumbnail.
+    bool CanShowThumbnail() const { return mCanShowThumbnail; }
+    /// Whether this node's thumbnail is wanted (the per-node toggle, on by default) ...
+    bool IsThumbnailWanted() const { return mThumbnailWanted; }
+    void SetThumbnailWanted(bool wanted);
+    /// ... and whether thumbnails show at all (the global toggle).
+    void SetThumbnailsAllowed(bool allowed);
+    /// True when a thumbnail area is drawn: the node can show one, wants it, and it is allowed.
+    bool ShowsThumbnail() const;
+    /// The newest thumbnail; a null image with `why` when the node shows nothing.
+    void SetThumbnail(const QImage& image, const QString& why);
+    const QImage& GetThumbnail() const { return mThumbnail; }
+    /// The thumbnail no longer matches the node's output (a newer one is on its way).
+    void SetThumbnailStale(bool stale);
+    bool IsThumbnailStale() const { return mThumbnailStale; }
+
+    /// The side of a thumbnail in scene units.
+    static constexpr int kThumbnailSide = 96;
     /// Re-reads the node's state for colouring and the tool tip.
     void UpdateState();
 
@@ -46,6 +68,10 @@ protected:
 private:
     QPointF LocalPortPosition(const Port& port) const;
     int Rows() const;
+    /// The box without the id written under it.
+    QRectF BoxRect() const;
+    QRectF ThumbnailRect() const;
+    void PaintThumbnail(QPainter* painter) const;
 
     static constexpr double kWidth = 170.0;
     static constexpr double kTitleHeight = 24.0;
@@ -58,4 +84,10 @@ private:
     std::vector<Port> mPorts;
     bool mDisplay = false;
     int mState = 0;
+    bool mCanShowThumbnail = false;
+    bool mThumbnailWanted = true;
+    bool mThumbnailsAllowed = true;
+    bool mThumbnailStale = true;
+    QImage mThumbnail;
+    QString mThumbnailWhy;
 };

@@ -4,12 +4,19 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDockWidget>
+#include <QDoubleSpinBox>
+#include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QTimer>
@@ -22,7 +29,11 @@
 #include "apps/texture-studio/GraphView.h"
 #include "apps/texture-studio/ImageConversion.h"
 #include "apps/texture-studio/ImageViewer.h"
+#include "apps/texture-studio/NodeItem.h"
 #include "apps/texture-studio/NodePalette.h"
+#include "apps/texture-studio/NodePicture.h"
+#include "apps/texture-studio/PictureRenderer.h"
+#include "apps/texture-studio/ThumbnailUpdater.h"
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/LibraryInterface.h"
@@ -43,6 +54,18 @@ Delegate2<unsigned int, unsigned int> ManagerHandler(StudioWindow* window,
     return {window, method};
 }
 
+/// Runs the event loop until `done` holds or `timeoutMs` passed; returns `done()`.
+template <class Condition>
+bool SpinUntil(Condition done, int timeoutMs) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done() && clock.elapsed() < timeoutMs)
+        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    return done();
+}
+
+constexpr int kProgressDelayMs = 250;
+
 }  // namespace
 
 StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
@@ -56,10 +79,46 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     setCentralWidget(mGraphView);
     mEditor = new GraphEditor(mCatalogue, mScene, this);
     mDocument = new DocumentController(mCatalogue, mEditor, this);
+    mDisplayRenderer = new PictureRenderer(mEngine, QThread::NormalPriority, this);
+    mThumbnails = new ThumbnailUpdater(mEngine, mScene, this);
     BuildDocks();
     mStatus = new QLabel(this);
     statusBar()->addWidget(mStatus, 1);
+    mProgress = new QProgressBar(this);
+    mProgress->setRange(0, 0);  // a node's render reports no fraction: a busy bar
+    mProgress->setMaximumWidth(140);
+    mCancel = new QPushButton(tr("Cancel"), this);
+    mCancel->setToolTip(tr("Stop waiting for the display node's render"));
+    statusBar()->addPermanentWidget(mProgress);
+    statusBar()->addPermanentWidget(mCancel);
+    mProgress->hide();
+    mCancel->hide();
+    mProgressDelay = new QTimer(this);
+    mProgressDelay->setSingleShot(true);
+    connect(mProgressDelay, &QTimer::timeout, this, [this] {
+        if (mDisplayRequested == nullptr)
+            return;
+        mProgress->show();
+        mCancel->show();
+        Report(tr("Rendering '%1'...")
+                   .arg(QString::fromStdString(mEngine->GetNodeId(mDisplayRequested))));
+    });
+    connect(mCancel, &QPushButton::clicked, this, &StudioWindow::CancelDisplay);
     BuildMenus();
+
+    connect(mDisplayRenderer, &PictureRenderer::pictureReady, this,
+            &StudioWindow::ShowDisplayPicture);
+    connect(mThumbnails->GetRenderer(), &PictureRenderer::pictureReady, this,
+            [this](Node*, const NodePicture& picture) {
+                if (picture.failed)
+                    ReportErrors();
+            });
+    connect(mEditor, &GraphEditor::outputChanged, mThumbnails, &ThumbnailUpdater::OutputChanged);
+    connect(mEditor, &GraphEditor::graphChanged, mThumbnails, &ThumbnailUpdater::Sync);
+    connect(mEditor, &GraphEditor::nodeLeaving, this, [this](Node* node) {
+        mThumbnails->Forget(node);
+        mDisplayRenderer->Forget(node);
+    });
 
     connect(mScene, &QGraphicsScene::selectionChanged, this, &StudioWindow::UpdateActions);
     connect(mEditor, &GraphEditor::graphChanged, this, &StudioWindow::UpdateActions);
@@ -73,9 +132,11 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
         QTimer::singleShot(0, this, &StudioWindow::FitGraph);
         ShowAttributesPage();
         FollowDisplayNode();
+        mThumbnails->Sync();
     });
-    connect(mPalette, &NodePalette::addRequested, this,
-            [this](const QString& type) { mEditor->AddNode(type, mGraphView->CenterPoint()); });
+    connect(mPalette, &NodePalette::addRequested, this, [this](const QString& type) {
+        mEditor->AddNode(type, mGraphView->TakePlacementPoint());
+    });
     connect(mGraphView, &GraphView::nodeTypeDropped, this,
             [this](const QString& type, QPointF at) { mEditor->AddNode(type, at); });
 
@@ -83,6 +144,7 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     mEditor->EndReplace(mManager->GetActiveNode(), mManager->GetDisplayNode());
     ShowAttributesPage();
     FollowDisplayNode();
+    mThumbnails->Sync();
     UpdateTitle();
     resize(1280, 800);
 }
@@ -128,6 +190,8 @@ void StudioWindow::BuildMenus() {
     file->addAction(tr("&New"), QKeySequence::New, mDocument, &DocumentController::NewAfterAsking);
     file->addAction(tr("&Open..."), QKeySequence::Open, mDocument,
                     &DocumentController::OpenAfterAsking);
+    mRecentMenu = file->addMenu(tr("Open &Recent"));
+    connect(mRecentMenu, &QMenu::aboutToShow, this, &StudioWindow::FillRecentMenu);
     file->addAction(tr("&Save"), QKeySequence::Save, mDocument, &DocumentController::SaveOrAsk);
     file->addAction(tr("Save &As..."), QKeySequence::SaveAs, mDocument,
                     &DocumentController::SaveAsAfterAsking);
@@ -141,6 +205,11 @@ void StudioWindow::BuildMenus() {
     mUndoAction = edit->addAction(tr("&Undo"), QKeySequence::Undo, mEditor, &GraphEditor::Undo);
     mRedoAction = edit->addAction(tr("&Redo"), QKeySequence::Redo, mEditor, &GraphEditor::Redo);
     edit->addSeparator();
+    mCopyAction =
+        edit->addAction(tr("&Copy"), QKeySequence::Copy, mEditor, &GraphEditor::CopySelected);
+    mPasteAction = edit->addAction(tr("&Paste"), QKeySequence::Paste, mEditor, &GraphEditor::Paste);
+    mDuplicateAction = edit->addAction(tr("D&uplicate"), QKeySequence(tr("Ctrl+D")), mEditor,
+                                       &GraphEditor::DuplicateSelected);
     mDeleteAction =
         edit->addAction(tr("&Delete"), QKeySequence::Delete, mEditor, &GraphEditor::DeleteSelected);
     connect(edit, &QMenu::aboutToShow, this, &StudioWindow::UpdateActions);
@@ -151,8 +220,21 @@ void StudioWindow::BuildMenus() {
     mEnabledAction = node->addAction(tr("&Evaluate"), QKeySequence(tr("E")), mEditor,
                                      &GraphEditor::ToggleSelectedEnabled);
     mEnabledAction->setCheckable(true);
-    // Single keys act on the graph only, not while typing in the catalogue or a page.
-    for (QAction* action : {mDeleteAction, mDisplayAction, mEnabledAction}) {
+    mThumbnailAction = node->addAction(tr("Show &Thumbnail"), QKeySequence(tr("T")), this, [this] {
+        for (QGraphicsItem* item : mScene->selectedItems())
+            if (auto* nodeItem = dynamic_cast<NodeItem*>(item))
+                mThumbnails->SetWanted(nodeItem->GetNode(), mThumbnailAction->isChecked());
+    });
+    mThumbnailAction->setCheckable(true);
+    node->addSeparator();
+    node->addAction(tr("&Arrange Graph"), QKeySequence(tr("Ctrl+L")), this, [this] {
+        mScene->Arrange();
+        FitGraph();
+    });
+    // Single keys and the clipboard keys act on the graph only, not while typing in the
+    // catalogue or a page.
+    for (QAction* action : {mDeleteAction, mDisplayAction, mEnabledAction, mThumbnailAction,
+                            mCopyAction, mPasteAction, mDuplicateAction}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         mGraphView->addAction(action);
     }
@@ -164,6 +246,13 @@ void StudioWindow::BuildMenus() {
     view->addAction(tr("&Actual Size"), QKeySequence(tr("Ctrl+1")), mViewer,
                     &ImageViewer::ZoomActualSize);
     view->addAction(tr("&Fit"), QKeySequence(tr("Ctrl+0")), mViewer, &ImageViewer::ZoomToFit);
+    view->addSeparator();
+    QAction* thumbnails = view->addAction(tr("Node &Thumbnails"));
+    thumbnails->setCheckable(true);
+    thumbnails->setChecked(mScene->AreThumbnailsShown());
+    connect(thumbnails, &QAction::toggled, mThumbnails, &ThumbnailUpdater::SetEnabled);
+    view->addAction(tr("Fit &Graph"), QKeySequence(tr("Ctrl+Shift+0")), this,
+                    &StudioWindow::FitGraph);
 
     mTextureMenu = menuBar()->addMenu(tr("&Texture"));
     mTextureMenu->setObjectName("m_texture_menu");
@@ -173,48 +262,138 @@ void StudioWindow::BuildMenus() {
         mTextureMenu->addAction(tr("(the plug-in adds no actions)"))->setEnabled(false);
 }
 
-void StudioWindow::EvaluateDisplay() {
+bool StudioWindow::EvaluateDisplay(int timeoutMs) {
+    RequestDisplay();
+    return SpinUntil([this] { return mDisplayRequested == nullptr; }, timeoutMs);
+}
+
+bool StudioWindow::WaitForThumbnails(int timeoutMs) {
+    return SpinUntil([this] { return mThumbnails->GetPendingCount() == 0; }, timeoutMs);
+}
+
+PlaneSettings StudioWindow::CurrentPlane() const {
+    PlaneSettings plane;
+    // The plug-in's preview dialog is the one place where an artist chooses the part of the
+    // plane to look at; its widgets are read by name, as the plug-in's classes are its own.
+    const auto* dialog = findChild<QDialog*>("QTextureDialog");
+    if (dialog == nullptr)
+        return plane;
+    const auto number = [dialog](const char* name, float fallback) {
+        const auto* spinner = dialog->findChild<QDoubleSpinBox*>(name);
+        return spinner != nullptr ? static_cast<float>(spinner->value()) : fallback;
+    };
+    const auto flag = [dialog](const char* name, bool fallback) {
+        const auto* check = dialog->findChild<QCheckBox*>(name);
+        return check != nullptr ? check->isChecked() : fallback;
+    };
+    plane.startX = number("m_start_x_qspin", plane.startX);
+    plane.startY = number("m_start_y_qspin", plane.startY);
+    plane.rangeX = number("m_range_x_qspin", plane.rangeX);
+    plane.rangeY = number("m_range_y_qspin", plane.rangeY);
+    plane.fixedZ = number("m_fixed_z_qspin", plane.fixedZ);
+    plane.keepAspect = flag("m_keep_aspect_qcheck", plane.keepAspect);
+    plane.seamless = flag("m_seamless_qcheck", plane.seamless);
+    return plane;
+}
+
+void StudioWindow::RequestDisplay() {
     mEvaluationPending = false;
     Node* display = mManager->GetDisplayNode();
+    mScene->SyncStates(display);
     if (display == nullptr) {
+        mDisplayRequested = nullptr;
         mViewer->SetMessage(
             tr("No display node: double-click a node (or press D) to show its image"));
-        mScene->SyncStates(nullptr);
         return;
     }
-    const QString id = QString::fromStdString(mEngine->GetNodeId(display));
-    const int outplug = RenderToFile::FindImageOutplug(*display);
-    if (outplug < 0) {
-        mViewer->SetMessage(tr("'%1' has no image output; textures are shown by the plug-in's "
-                               "preview (menu Texture)")
-                                .arg(id));
-        mScene->SyncStates(display);
-        return;
-    }
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    Timer timer;
-    timer.StartTimer();
-    mEngine->EvaluateNode(display);
-    const int milliseconds = timer.StopTimer();
-    QApplication::restoreOverrideCursor();
+    if (mDisplayRequested != nullptr && mDisplayRequested != display)
+        mDisplayRenderer->Forget(mDisplayRequested);
+    mDisplayRequested = display;
+    mDisplayRenderer->Request(display, QSize(), CurrentPlane());
+    if (!mProgressDelay->isActive() && !mProgress->isVisible())
+        mProgressDelay->start(kProgressDelayMs);
+}
 
-    const NodeValue value = mEngine->GetOutputValue(display, static_cast<unsigned>(outplug));
-    if (value.GetImage() != nullptr) {
-        const Image& image = *value.GetImage();
-        mViewer->SetImage(ToQImage(image));
+void StudioWindow::ShowDisplayPicture(Node* node, const NodePicture& picture) {
+    if (node != mDisplayRequested)
+        return;
+    mDisplayRequested = nullptr;
+    mProgressDelay->stop();
+    mProgress->hide();
+    mCancel->hide();
+    const QString id = QString::fromStdString(mEngine->GetNodeId(node));
+    mScene->SyncStates(mManager->GetDisplayNode());
+    if (picture.image.isNull()) {
+        mViewer->SetMessage(tr("'%1' shows nothing: %2").arg(id, picture.message));
+        if (picture.failed)
+            ReportErrors();
+        return;
+    }
+    mViewer->SetImage(picture.image);
+    if (picture.isTexture) {
+        const PlaneSettings plane = CurrentPlane();
+        const double rangeY = plane.keepAspect ? plane.rangeX : plane.rangeY;
+        Report(tr("'%1' is a texture: x %2 to %3, y %4 to %5 at z %6%7, as the preview dialog "
+                  "shows it (menu Texture), %8 ms")
+                   .arg(id)
+                   .arg(plane.startX)
+                   .arg(plane.startX + plane.rangeX)
+                   .arg(plane.startY)
+                   .arg(plane.startY + rangeY)
+                   .arg(plane.fixedZ)
+                   .arg(plane.seamless ? tr(", seamless") : QString())
+                   .arg(picture.milliseconds));
+    } else {
         Report(tr("%1: %2 x %3, %4 ms")
                    .arg(id)
-                   .arg(image.GetSizeX())
-                   .arg(image.GetSizeY())
-                   .arg(milliseconds));
-    } else {
-        QString why = QString::fromStdString(display->GetStateMessage());
-        if (why.isEmpty())
-            why = display->IsEvaluationEnabled() ? tr("an input is missing or empty")
-                                                 : tr("its evaluation is disabled");
-        mViewer->SetMessage(tr("'%1' produced no image: %2").arg(id, why));
+                   .arg(picture.imageSize.width())
+                   .arg(picture.imageSize.height())
+                   .arg(picture.milliseconds));
     }
-    mScene->SyncStates(display);
+    ReportErrors();
+}
+
+void StudioWindow::CancelDisplay() {
+    if (mDisplayRequested == nullptr)
+        return;
+    const QString id = QString::fromStdString(mEngine->GetNodeId(mDisplayRequested));
+    mDisplayRenderer->Forget(mDisplayRequested);
+    mDisplayRequested = nullptr;
+    mProgressDelay->stop();
+    mProgress->hide();
+    mCancel->hide();
+    mViewer->SetMessage(tr("The render of '%1' was cancelled: edit the graph or press D on a "
+                           "node to render again")
+                            .arg(id));
+    Report(tr("Cancelled the render of '%1'; its image is dropped when it finishes").arg(id));
+}
+
+void StudioWindow::ReportErrors() {
+    for (Node* node : mEngine->GetNodes()) {
+        if (node->GetState() != Node::kStateError)
+            continue;
+        Report(tr("'%1' (%2) failed: %3")
+                   .arg(QString::fromStdString(mEngine->GetNodeId(node)),
+                        QString::fromStdString(node->GetTypeName()),
+                        QString::fromStdString(node->GetStateMessage())));
+        return;
+    }
+}
+
+void StudioWindow::FillRecentMenu() {
+    mRecentMenu->clear();
+    const QStringList recent = mDocument->GetRecentFiles();
+    for (const QString& path : recent)
+        mRecentMenu
+            ->addAction(QFileInfo(path).fileName(), this,
+                        [this, path] { mDocument->OpenRecentAfterAsking(path); })
+            ->setToolTip(path);
+    if (recent.isEmpty())
+        mRecentMenu->addAction(tr("(no documents yet)"))->setEnabled(false);
+}
+
+QString StudioWindow::GetStatusText() const {
+    return mStatus->text();
 }
 
 bool StudioWindow::RenderDisplayTo(const QString& path, QString* error) {
@@ -253,14 +432,18 @@ void StudioWindow::FitGraph() {
         mGraphView->centerOn(0, 0);
         return;
     }
+    // Never enlarged beyond 1:1, and never shrunk below a zoom where titles stay readable:
+    // larger graphs pan instead, the view starting at their top-left corner.
     const QSize view = mGraphView->viewport()->size();
-    if (nodes.width() > view.width() || nodes.height() > view.height()) {
-        // Below 0.4 the names are unreadable: wider graphs scroll instead.
-        const double zoom =
-            std::max(0.4, std::min(view.width() / nodes.width(), view.height() / nodes.height()));
-        mGraphView->scale(zoom, zoom);
-    }
-    mGraphView->centerOn(nodes.center());
+    const double fit = std::min(view.width() / nodes.width(), view.height() / nodes.height());
+    const double zoom = std::clamp(fit, GraphView::kMinimumReadableZoom, 1.0);
+    mGraphView->scale(zoom, zoom);
+    const QSizeF shown(view.width() / zoom, view.height() / zoom);
+    const auto centre = [](double low, double length, double shownLength) {
+        return shownLength >= length ? low + length / 2 : low + shownLength / 2;
+    };
+    mGraphView->centerOn(centre(nodes.left(), nodes.width(), shown.width()),
+                         centre(nodes.top(), nodes.height(), shown.height()));
 }
 
 void StudioWindow::OnRender() {
@@ -333,7 +516,7 @@ void StudioWindow::ScheduleEvaluation() {
     mEvaluationPending = true;
     QTimer::singleShot(0, this, [this] {
         if (mEvaluationPending)
-            EvaluateDisplay();
+            RequestDisplay();
     });
 }
 
@@ -343,6 +526,13 @@ void StudioWindow::UpdateActions() {
     mUndoAction->setText(undo.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(undo));
     mRedoAction->setText(redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redo));
     Node* selected = mScene->GetSelectedNode();
+    const bool anySelected = !mScene->selectedItems().isEmpty();
+    mCopyAction->setEnabled(anySelected);
+    mDuplicateAction->setEnabled(anySelected);
+    mPasteAction->setEnabled(mEditor->CanPaste());
+    const NodeItem* selectedItem = selected != nullptr ? mScene->ItemFor(selected) : nullptr;
+    mThumbnailAction->setEnabled(selectedItem != nullptr && selectedItem->CanShowThumbnail());
+    mThumbnailAction->setChecked(selectedItem != nullptr && selectedItem->IsThumbnailWanted());
     mDisplayAction->setEnabled(selected != nullptr);
     mEnabledAction->setEnabled(selected != nullptr);
     mEnabledAction->setChecked(selected != nullptr && selected->IsEvaluationEnabled());

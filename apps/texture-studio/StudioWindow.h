@@ -12,11 +12,18 @@ class ImageViewer;
 class Manager;
 class Node;
 class NodePalette;
+class PictureRenderer;
 class PluginLoader;
 class QDockWidget;
 class QLabel;
 class QMenu;
+class QProgressBar;
+class QPushButton;
 class QScrollArea;
+class QTimer;
+class ThumbnailUpdater;
+struct NodePicture;
+struct PlaneSettings;
 
 /// The desktop host's main window: the node graph, the catalogue, the active node's
 /// attributes page, the display node's image, the menus (with the plug-in's own entries in menu
@@ -24,7 +31,9 @@ class QScrollArea;
 /// the controller's and the editor's; the window shows what they change.
 ///
 /// The graph lives in the process-wide engine; the window follows the manager's active and
-/// display nodes and re-evaluates the display node whenever its output changes.
+/// display nodes and shows the display node again whenever its output changes. Pictures (the
+/// display node's and the nodes' thumbnails) are made on worker threads: the window never
+/// waits for a render.
 class StudioWindow : public QMainWindow {
     Q_OBJECT
 
@@ -34,8 +43,14 @@ public:
     explicit StudioWindow(const PluginLoader& catalogue, QWidget* parent = nullptr);
     ~StudioWindow() override;
 
-    /// Evaluates the display node now and shows its image (or why there is none).
-    void EvaluateDisplay();
+    /// Shows the display node's picture (or why there is none), waiting for it at most
+    /// `timeoutMs`; false when it did not come in time (it still shows once it comes).
+    bool EvaluateDisplay(int timeoutMs = 60000);
+    /// Waits at most `timeoutMs` for the thumbnails on their way; false when some are late.
+    bool WaitForThumbnails(int timeoutMs = 60000);
+    /// The part of a texture's plane shown for texture nodes: the preview dialog's settings,
+    /// or its defaults while it was never opened.
+    PlaneSettings CurrentPlane() const;
     /// Writes the display node's image (8 bits per channel where the format has a choice);
     /// false with a message.
     bool RenderDisplayTo(const QString& path, QString* error);
@@ -49,6 +64,9 @@ public:
     GraphScene* GetScene() const { return mScene; }
     ImageViewer* GetViewer() const { return mViewer; }
     QMenu* GetTextureMenu() const { return mTextureMenu; }
+    ThumbnailUpdater* GetThumbnails() const { return mThumbnails; }
+    /// The status bar's current message.
+    QString GetStatusText() const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -66,6 +84,14 @@ private:
     void FollowDisplayNode();
     /// Coalesces re-evaluations requested by events into one, after they settle.
     void ScheduleEvaluation();
+    /// Asks the worker for the display node's picture.
+    void RequestDisplay();
+    void ShowDisplayPicture(Node* node, const NodePicture& picture);
+    /// Drops the display render on its way and says so.
+    void CancelDisplay();
+    /// Puts the first node in error (if any) in the status bar.
+    void ReportErrors();
+    void FillRecentMenu();
     void UpdateActions();
     void UpdateTitle();
     void Report(const QString& message);
@@ -89,6 +115,19 @@ private:
     QAction* mDeleteAction = nullptr;
     QAction* mDisplayAction = nullptr;
     QAction* mEnabledAction = nullptr;
+    QAction* mCopyAction = nullptr;
+    QAction* mPasteAction = nullptr;
+    QAction* mDuplicateAction = nullptr;
+    QAction* mThumbnailAction = nullptr;
+    QMenu* mRecentMenu = nullptr;
     QLabel* mStatus = nullptr;
+    QProgressBar* mProgress = nullptr;
+    QPushButton* mCancel = nullptr;
+    /// Shows the progress only for renders that take long enough to notice.
+    QTimer* mProgressDelay = nullptr;
     bool mEvaluationPending = false;
+    PictureRenderer* mDisplayRenderer = nullptr;
+    ThumbnailUpdater* mThumbnails = nullptr;
+    /// The node whose display picture is on its way, or null.
+    Node* mDisplayRequested = nullptr;
 };
