@@ -18,11 +18,14 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include "apps/common/RenderToFile.h"
+#include "apps/texture-studio/BakeModel.h"
+#include "apps/texture-studio/BakeView.h"
 #include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
@@ -165,9 +168,14 @@ StudioWindow::~StudioWindow() {
 
 void StudioWindow::BuildDocks() {
     mViewer = new ImageViewer(this);
+    mBakeView = new BakeView(this);
+    mBakeView->hide();
+    auto* pictures = new QSplitter(Qt::Horizontal, this);
+    pictures->addWidget(mViewer);
+    pictures->addWidget(mBakeView);
     auto* imageDock = new QDockWidget(tr("Image"), this);
     imageDock->setObjectName("m_image_dock");
-    imageDock->setWidget(mViewer);
+    imageDock->setWidget(pictures);
     addDockWidget(Qt::RightDockWidgetArea, imageDock);
 
     mPalette = new NodePalette(mCatalogue, this);
@@ -325,11 +333,13 @@ void StudioWindow::ShowDisplayPicture(Node* node, const NodePicture& picture) {
     mScene->SyncStates(mManager->GetDisplayNode());
     if (picture.image.isNull()) {
         mViewer->SetMessage(tr("'%1' shows nothing: %2").arg(id, picture.message));
+        ShowBake(node, picture);
         if (picture.failed)
             ReportErrors();
         return;
     }
     mViewer->SetImage(picture.image);
+    ShowBake(node, picture);
     if (picture.isTexture) {
         const PlaneSettings plane = CurrentPlane();
         const double rangeY = plane.keepAspect ? plane.rangeX : plane.rangeY;
@@ -351,6 +361,33 @@ void StudioWindow::ShowDisplayPicture(Node* node, const NodePicture& picture) {
                    .arg(picture.milliseconds));
     }
     ReportErrors();
+}
+
+void StudioWindow::ShowBake(Node* node, const NodePicture& picture) {
+    BakeModel model;
+    QString why;
+    const bool bakes = !picture.isTexture && BakeModel::FromNode(*mEngine, *node, &model, &why);
+    const bool hasMesh =
+        std::any_of(node->GetAttributes().begin(), node->GetAttributes().end(),
+                    [](const auto& attribute) { return attribute->GetName() == "mesh"; });
+    if (hasMesh && !mBakeView->isVisible()) {
+        // Shared evenly with the flat image when it appears.
+        auto* pictures = qobject_cast<QSplitter*>(mBakeView->parentWidget());
+        mBakeView->show();
+        const int half = pictures->width() / 2;
+        pictures->setSizes({half, half});
+    }
+    mBakeView->setVisible(hasMesh);
+    if (!hasMesh)
+        return;
+    if (!bakes)
+        mBakeView->SetMessage(why);
+    else if (picture.image.isNull())
+        mBakeView->SetMessage(
+            tr("'%1' baked no image: %2")
+                .arg(QString::fromStdString(mEngine->GetNodeId(node)), picture.message));
+    else
+        mBakeView->Show(model, picture.image);
 }
 
 void StudioWindow::CancelDisplay() {

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+class BakeView;
 class DocumentController;
 class Engine;
 class GraphEditor;
@@ -63,6 +64,7 @@ public:
     QWidget* GetAttributesPage() const { return mAttributesPage; }
     GraphScene* GetScene() const { return mScene; }
     ImageViewer* GetViewer() const { return mViewer; }
+    BakeView* GetBakeView() const { return mBakeView; }
     QMenu* GetTextureMenu() const { return mTextureMenu; }
     ThumbnailUpdater* GetThumbnails() const { return mThumbnails; }
     /// The status bar's current message.
@@ -87,6 +89,8 @@ private:
     /// Asks the worker for the display node's picture.
     void RequestDisplay();
     void ShowDisplayPicture(Node* node, const NodePicture& picture);
+    /// Beside the flat image of a node that bakes onto a mesh, the mesh wearing it.
+    void ShowBake(Node* node, const NodePicture& picture);
     /// Drops the display render on its way and says so.
     void CancelDisplay();
     /// Puts the first node in error (if any) in the status bar.
@@ -105,6 +109,7 @@ private:
     DocumentController* mDocument = nullptr;
     NodePalette* mPalette = nullptr;
     ImageViewer* mViewer = nullptr;
+    BakeView* mBakeView = nullptr;
     QScrollArea* mAttributesArea = nullptr;
     bool mShownOnce = false;
     QPointer<QWidget> mAttributesPage;
