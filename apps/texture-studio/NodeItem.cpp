@@ -28,9 +28,11 @@ NodeItem::NodeItem(Node* node, const QString& id, const QIcon& icon)
     : mNode(node), mId(id), mIcon(icon) {
     setFlags(ItemIsMovable | ItemIsSelectable | ItemSendsGeometryChanges);
     setAcceptHoverEvents(true);
-    for (const auto& output : mNode->GetOutplugs())
-        if (output.plugType == Node::kImagePlug || output.plugType == Node::kTexturePlug)
-            mCanShowThumbnail = true;
+    for (const auto& output : mNode->GetOutplugs()) {
+        mHasImageOutput = mHasImageOutput || output.plugType == Node::kImagePlug;
+        mCanShowThumbnail = mCanShowThumbnail || output.plugType == Node::kImagePlug ||
+                            output.plugType == Node::kTexturePlug;
+    }
     SetPorts({});
     UpdateState();
 }

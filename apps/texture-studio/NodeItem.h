@@ -40,6 +40,8 @@ public:
 
     /// True for nodes with an image or texture output: they can show a thumbnail.
     bool CanShowThumbnail() const { return mCanShowThumbnail; }
+    /// True for nodes with an image output (render nodes, image files).
+    bool HasImageOutput() const { return mHasImageOutput; }
     /// Whether this node's thumbnail is wanted (the per-node toggle, on by default) ...
     bool IsThumbnailWanted() const { return mThumbnailWanted; }
     void SetThumbnailWanted(bool wanted);
@@ -85,6 +87,7 @@ private:
     bool mDisplay = false;
     int mState = 0;
     bool mCanShowThumbnail = false;
+    bool mHasImageOutput = false;
     bool mThumbnailWanted = true;
     bool mThumbnailsAllowed = true;
     bool mThumbnailStale = true;

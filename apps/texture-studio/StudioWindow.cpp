@@ -107,6 +107,12 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
                    .arg(QString::fromStdString(mEngine->GetNodeId(mDisplayRequested))));
     });
     connect(mCancel, &QPushButton::clicked, this, &StudioWindow::CancelDisplay);
+    mDisplayDelay = new QTimer(this);
+    mDisplayDelay->setSingleShot(true);
+    connect(mDisplayDelay, &QTimer::timeout, this, [this] {
+        if (mEvaluationPending)
+            RequestDisplay();
+    });
     BuildMenus();
 
     connect(mDisplayRenderer, &PictureRenderer::pictureReady, this,
@@ -536,8 +542,9 @@ void StudioWindow::ShowAttributesPage() {
 }
 
 void StudioWindow::FollowDisplayNode() {
-    mScene->SyncStates(mManager->GetDisplayNode());
-    ScheduleEvaluation();
+    // Another node on view is no drag: it is shown at once.
+    mDisplayDelay->stop();
+    RequestDisplay();
 }
 
 void StudioWindow::DropAttributesPageOf(Node* node) {
@@ -548,13 +555,15 @@ void StudioWindow::DropAttributesPageOf(Node* node) {
 }
 
 void StudioWindow::ScheduleEvaluation() {
-    if (mEvaluationPending)
-        return;
+    // The display render holds the engine for as long as it runs, and every edit needs the
+    // engine: while edits come in quick succession the render waits for them to pause, so
+    // that a drag on a spinner never waits for a render. Thumbnails of textures follow the
+    // drag meanwhile.
+    const bool editing =
+        mSinceLastChange.isValid() && mSinceLastChange.elapsed() < ThumbnailUpdater::kQuietPeriodMs;
+    mSinceLastChange.start();
     mEvaluationPending = true;
-    QTimer::singleShot(0, this, [this] {
-        if (mEvaluationPending)
-            RequestDisplay();
-    });
+    mDisplayDelay->start(editing ? ThumbnailUpdater::kQuietPeriodMs : 0);
 }
 
 void StudioWindow::UpdateActions() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QPointer>
 
@@ -130,6 +131,9 @@ private:
     QPushButton* mCancel = nullptr;
     /// Shows the progress only for renders that take long enough to notice.
     QTimer* mProgressDelay = nullptr;
+    /// Puts the display render off while edits follow each other closely (a drag).
+    QTimer* mDisplayDelay = nullptr;
+    QElapsedTimer mSinceLastChange;
     bool mEvaluationPending = false;
     PictureRenderer* mDisplayRenderer = nullptr;
     ThumbnailUpdater* mThumbnails = nullptr;

@@ -10,6 +10,10 @@ ThumbnailUpdater::ThumbnailUpdater(Engine* engine, GraphScene* scene, QObject* p
     : QObject(parent),
       mScene(scene),
       mRenderer(new PictureRenderer(engine, QThread::LowPriority, this)) {
+    mQuiet = new QTimer(this);
+    mQuiet->setSingleShot(true);
+    mQuiet->setInterval(kQuietPeriodMs);
+    connect(mQuiet, &QTimer::timeout, this, [this] { Flush(&mChangedImages); });
     connect(mRenderer, &PictureRenderer::pictureReady, this, &ThumbnailUpdater::Show);
 }
 
@@ -42,19 +46,31 @@ void ThumbnailUpdater::SetPlane(const PlaneSettings& plane) {
 }
 
 void ThumbnailUpdater::OutputChanged(Node* node) {
-    if (NodeItem* item = mScene->ItemFor(node))
-        item->SetThumbnailStale(true);
-    mChanged.insert(node);
+    NodeItem* item = mScene->ItemFor(node);
+    if (item == nullptr)
+        return;
+    item->SetThumbnailStale(true);
+    if (item->HasImageOutput()) {
+        mChangedImages.insert(node);
+        mQuiet->start();
+    } else {
+        mChanged.insert(node);
+    }
+    // Texture thumbnails follow at once, and their changes also put off the images'.
+    if (mQuiet->isActive())
+        mQuiet->start();
     if (mFlushScheduled)
         return;
     mFlushScheduled = true;
-    QTimer::singleShot(0, this, &ThumbnailUpdater::Flush);
+    QTimer::singleShot(0, this, [this] {
+        mFlushScheduled = false;
+        Flush(&mChanged);
+    });
 }
 
-void ThumbnailUpdater::Flush() {
-    mFlushScheduled = false;
+void ThumbnailUpdater::Flush(std::set<Node*>* pending) {
     std::set<Node*> changed;
-    changed.swap(mChanged);
+    changed.swap(*pending);
     for (Node* node : changed)
         Request(node);
 }
@@ -74,11 +90,12 @@ void ThumbnailUpdater::Request(Node* node) {
 
 void ThumbnailUpdater::Forget(Node* node) {
     mChanged.erase(node);
+    mChangedImages.erase(node);
     mRenderer->Forget(node);
 }
 
 int ThumbnailUpdater::GetPendingCount() const {
-    return static_cast<int>(mChanged.size()) + mRenderer->GetPendingCount();
+    return static_cast<int>(mChanged.size() + mChangedImages.size()) + mRenderer->GetPendingCount();
 }
 
 void ThumbnailUpdater::Show(Node* node, const NodePicture& picture) {

@@ -3,6 +3,7 @@
 #include <set>
 
 #include <QObject>
+#include <QTimer>
 
 #include "apps/texture-studio/NodePicture.h"
 
@@ -14,7 +15,9 @@ class PictureRenderer;
 /// Keeps the thumbnails on the graph's nodes in step with their outputs. Only nodes whose
 /// output changed are drawn again; the changes of one event loop turn are gathered into one
 /// request per node, and the renders run on a low-priority worker where a newer request for a
-/// node drops the older one's picture.
+/// node drops the older one's picture. Image nodes render whole images, which hold the engine
+/// for long: they wait until the edits pause (see QuietPeriod), so that a drag on a spinner
+/// never waits for one.
 class ThumbnailUpdater : public QObject {
     Q_OBJECT
 
@@ -38,12 +41,15 @@ public:
     /// The node is leaving the graph: its render, if any, is dropped.
     void Forget(Node* node);
 
+    /// How long edits must pause before whole images are rendered again.
+    static constexpr int kQuietPeriodMs = 200;
+
     /// Nodes whose thumbnail is still on its way.
     int GetPendingCount() const;
     PictureRenderer* GetRenderer() const { return mRenderer; }
 
 private:
-    void Flush();
+    void Flush(std::set<Node*>* changed);
     void Request(Node* node);
     void Show(Node* node, const NodePicture& picture);
 
@@ -52,4 +58,7 @@ private:
     PlaneSettings mPlane;
     std::set<Node*> mChanged;
     bool mFlushScheduled = false;
+    /// Image nodes waiting for the edits to pause.
+    std::set<Node*> mChangedImages;
+    QTimer* mQuiet;
 };

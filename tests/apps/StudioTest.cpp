@@ -1,13 +1,16 @@
 // Studio: open (bad documents keep the graph), page edits, undo/redo, display image, add/link/
-// delete nodes and links, linking by dragging plugs, save and read back, image conversion; the
-// --screenshot and --preview batch modes.
+// delete nodes and links, linking by dragging plugs, save and read back, image conversion;
+// thumbnails, add/duplicate/paste as undo steps, error marking; the --screenshot and --preview
+// batch modes.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <tuple>
 #include <vector>
 
@@ -16,6 +19,7 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QImage>
 #include <QMenuBar>
+#include <QThread>
 
 #include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/GraphEditor.h"
@@ -24,6 +28,7 @@
 #include "apps/texture-studio/ImageViewer.h"
 #include "apps/texture-studio/LinkItem.h"
 #include "apps/texture-studio/NodeItem.h"
+#include "apps/texture-studio/PictureRenderer.h"
 #include "apps/texture-studio/StudioWindow.h"
 #include "host/Document.h"
 #include "host/Engine.h"
@@ -86,6 +91,14 @@ protected:
     }
     static double Attribute(const char* node, const char* name) {
         return Engine::Get()->FindNode(node)->FindAttribute(name)->GetValue().GetNumber();
+    }
+    static void SetNumber(const char* node, const char* name, double value) {
+        Node* target = Engine::Get()->FindNode(node);
+        ASSERT_TRUE(Engine::Get()->SetAttributeValue(target, target->FindAttribute(name)->GetId(),
+                                                     NodeValue::Number(value)));
+    }
+    NodeItem* Item(const char* node) const {
+        return window->GetScene()->ItemFor(Engine::Get()->FindNode(node));
     }
     int LinkCount() const {
         int count = 0;
@@ -268,6 +281,114 @@ TEST_F(StudioTest, DraggingBetweenPlugsLinksAndDraggingAnInputAwayUnlinks) {
         EXPECT_TRUE(Engine::Get()->GetLinks().empty());
         EXPECT_EQ(LinkCount(), 0);
     }
+}
+
+TEST_F(StudioTest, ThumbnailsFollowEditsAndStaleRendersAreDropped) {
+    QString error;
+    ASSERT_TRUE(window->GetDocument()->Open(document, &error)) << error.toStdString();
+    ASSERT_TRUE(window->WaitForThumbnails());
+    EXPECT_EQ(Item("inv")->GetThumbnail().size(), QSize(6, 6));
+    EXPECT_EQ(Item("inv")->GetThumbnail().pixelColor(0, 0), QColor(204, 102, 0));
+
+    // An edit redraws the edited node and what lies downstream of it.
+    SetNumber("fill", "size", 9);
+    QApplication::processEvents();
+    EXPECT_TRUE(Item("inv")->IsThumbnailStale());
+    ASSERT_TRUE(window->WaitForThumbnails());
+    for (const char* node : {"fill", "inv"})
+        EXPECT_EQ(Item(node)->GetThumbnail().size(), QSize(9, 9)) << node;
+
+    // Of two requests for a node only the newest picture arrives; a forgotten one never does.
+    PictureRenderer renderer(Engine::Get(), QThread::NormalPriority);
+    std::vector<QSize> delivered;
+    QObject::connect(
+        &renderer, &PictureRenderer::pictureReady,
+        [&](Node*, const NodePicture& picture) { delivered.push_back(picture.image.size()); });
+    Node* fill = Engine::Get()->FindNode("fill");
+    {
+        // Held, the engine keeps the first render waiting once it has started.
+        std::lock_guard hold(Engine::Get()->GetMutex());
+        renderer.Request(fill, QSize(), {});
+        QThread::msleep(50);
+        SetNumber("fill", "size", 5);
+        renderer.Request(fill, QSize(), {});
+        renderer.Request(Engine::Get()->FindNode("inv"), QSize(), {});
+        renderer.Forget(Engine::Get()->FindNode("inv"));
+    }
+    while (renderer.GetPendingCount() > 0)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    EXPECT_EQ(delivered, std::vector<QSize>{QSize(5, 5)});
+}
+
+TEST_F(StudioTest, AddDuplicateAndPasteAreSingleUndoSteps) {
+    QString error;
+    ASSERT_TRUE(window->GetDocument()->Open(document, &error)) << error.toStdString();
+    const auto selectAll = [this] {
+        window->GetScene()->clearSelection();
+        for (const char* node : {"fill", "inv"})
+            Item(node)->setSelected(true);
+    };
+    const struct {
+        const char* label;
+        std::function<void()> act;
+        std::size_t nodesAdded;
+        int linksAdded;
+    } rows[] = {
+        {"Add Test Fill",
+         [&] {
+             editor->AddNode("Test Fill", {500, 0});
+         },
+         1, 0},
+        {"Duplicate",
+         [&] {
+             selectAll();
+             editor->DuplicateSelected();
+         },
+         2, 1},
+        {"Paste",
+         [&] {
+             selectAll();
+             editor->CopySelected();
+             editor->Paste();
+         },
+         2, 1},
+    };
+    for (const auto& row : rows) {
+        SetNumber("fill", "size", 7);  // copies carry the attributes
+        const std::size_t nodes = Engine::Get()->GetNodes().size();
+        const int links = LinkCount();
+        row.act();
+        EXPECT_EQ(Engine::Get()->GetNodes().size(), nodes + row.nodesAdded) << row.label;
+        EXPECT_EQ(LinkCount(), links + row.linksAdded) << row.label;
+        const std::vector<Node*> now = Engine::Get()->GetNodes();
+        const Node* newestFill = *std::find_if(now.rbegin(), now.rend(), [](const Node* node) {
+            return node->GetTypeName() == "Test Fill";
+        });
+        EXPECT_EQ(newestFill->FindAttribute("size")->GetValue().GetNumber(),
+                  row.nodesAdded == 1 ? 4.0 : 7.0)
+            << row.label;
+        QAction* undo = MenuAction(QString("&Undo ") + row.label);
+        ASSERT_NE(undo, nullptr) << row.label;
+        undo->trigger();
+        EXPECT_EQ(Engine::Get()->GetNodes().size(), nodes) << row.label;
+        EXPECT_EQ(window->GetScene()->GetNodeItems().size(), nodes) << row.label;
+        EXPECT_EQ(LinkCount(), links) << row.label;
+        MenuAction("&Redo")->trigger();
+        EXPECT_EQ(window->GetScene()->GetNodeItems().size(), nodes + row.nodesAdded) << row.label;
+        EXPECT_EQ(LinkCount(), links + row.linksAdded) << row.label;
+    }
+}
+
+TEST_F(StudioTest, NodesInErrorAreMarkedAndReported) {
+    QString error;
+    ASSERT_TRUE(window->GetDocument()->Open(document, &error)) << error.toStdString();
+    Node* invert = Engine::Get()->FindNode("inv");
+    editor->Disconnect(invert, static_cast<unsigned>(invert->FindInplug("image")));
+    window->EvaluateDisplay();
+    EXPECT_TRUE(Item("inv")->toolTip().contains("no input image"));
+    EXPECT_FALSE(Item("fill")->toolTip().contains("no input image"));
+    EXPECT_TRUE(window->GetStatusText().contains("'inv'"));
+    EXPECT_TRUE(window->GetStatusText().contains("no input image"));
 }
 
 TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
