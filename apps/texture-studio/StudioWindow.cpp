@@ -382,6 +382,7 @@ void StudioWindow::ShowBake(Node* node, const NodePicture& picture) {
         mBakeView->show();
         const int half = pictures->width() / 2;
         pictures->setSizes({half, half});
+        QTimer::singleShot(0, mViewer, &ImageViewer::ZoomToFit);
     }
     mBakeView->setVisible(hasMesh);
     if (!hasMesh)

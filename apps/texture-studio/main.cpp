@@ -43,6 +43,7 @@ QString PreviewPath(const QString& screenshot) {
 int Screenshots(StudioWindow& window, const QString& path, bool preview) {
     window.show();
     window.EvaluateDisplay();
+    window.WaitForThumbnails();
     Settle(300);
     // The docks settle their sizes only once shown: fit the graph to the final view.
     window.FitGraph();

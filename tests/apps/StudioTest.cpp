@@ -21,6 +21,7 @@
 #include <QMenuBar>
 #include <QThread>
 
+#include "apps/texture-studio/BakeView.h"
 #include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
@@ -55,6 +56,15 @@ constexpr const char* kDocument = R"({
   "active": "fill",
   "display": "inv"
 })";
+
+/// The real plug-in: TEXTURE_PLUGIN when set, else the one built beside the studio; empty when
+/// it is not built.
+std::string RealPlugin() {
+    const char* fromEnvironment = std::getenv("TEXTURE_PLUGIN");
+    const std::string plugin =
+        fromEnvironment != nullptr ? fromEnvironment : TEXTURE_BINARY_DIR "/bin/libTexture.so";
+    return std::filesystem::exists(plugin) ? plugin : std::string();
+}
 
 void EnsureApplication() {
     if (QApplication::instance() != nullptr)
@@ -391,6 +401,38 @@ TEST_F(StudioTest, NodesInErrorAreMarkedAndReported) {
     EXPECT_TRUE(window->GetStatusText().contains("no input image"));
 }
 
+TEST(StudioBakeTest, TheBakeViewGetsTheMeshAndItsImageAndTexturesShowAsPlanes) {
+    const std::string plugin = RealPlugin();
+    if (plugin.empty())
+        GTEST_SKIP() << "the texture plug-in is not built";
+    EnsureApplication();
+    PluginLoader loader;
+    std::string message;
+    ASSERT_TRUE(loader.Load(plugin, &message)) << message;
+    {
+        StudioWindow window(loader);
+        QString error;
+        ASSERT_TRUE(window.GetDocument()->Open(
+            TEXTURE_SOURCE_DIR "/examples/bake-cube.texture.json", &error))
+            << error.toStdString();
+        ASSERT_TRUE(window.EvaluateDisplay());
+        const BakeView* bake = window.GetBakeView();
+        EXPECT_EQ(bake->GetModel().GetVertexCount(), 36) << "the cube's 12 triangles";
+        const auto [lowest, highest] =
+            std::minmax_element(bake->GetModel().uvs.begin(), bake->GetModel().uvs.end());
+        EXPECT_TRUE(*lowest >= 0.0f && *highest <= 1.0f && *lowest < *highest);
+        EXPECT_EQ(bake->GetTexture().size(), QSize(512, 384));
+        EXPECT_EQ(bake->GetMessage().contains("OpenGL"), !BakeView::IsOpenGlAvailable());
+
+        Manager::Get()->SetDisplayNode(Engine::Get()->FindNode("swirl"));
+        ASSERT_TRUE(window.EvaluateDisplay());
+        EXPECT_EQ(window.GetViewer()->GetImage().size(), QSize(512, 512));
+        EXPECT_TRUE(window.GetStatusText().contains("is a texture"));
+        EXPECT_FALSE(bake->isVisibleTo(&window));
+    }
+    Engine::Get()->Clear();  // before the loader unloads the plug-in
+}
+
 TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
     auto* image = new Image(2, 2);
     image->AddRef();
@@ -465,11 +507,8 @@ TEST_F(StudioProgramTest, ScreenshotModeWritesTheWindowWithoutADisplayAndFailsCl
 }
 
 TEST_F(StudioProgramTest, PreviewModeGrabsThePluginsPreviewDialog) {
-    // The real plug-in: TEXTURE_PLUGIN when set, else the one built beside the studio.
-    const char* fromEnvironment = std::getenv("TEXTURE_PLUGIN");
-    const std::string plugin =
-        fromEnvironment != nullptr ? fromEnvironment : TEXTURE_BINARY_DIR "/bin/libTexture.so";
-    if (!std::filesystem::exists(plugin))
+    const std::string plugin = RealPlugin();
+    if (plugin.empty())
         GTEST_SKIP() << "the texture plug-in is not built";
     folder.Write("perlin.texture.json", R"({
       "format": "texture-graph", "version": 1,
