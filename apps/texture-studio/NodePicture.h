@@ -8,7 +8,8 @@ class Engine;
 class Node;
 
 /// Where on a texture's x-y plane a picture of a texture node looks: the preview dialog's
-/// settings, so that the main view, the thumbnails and the dialog agree.
+/// settings, so that the main view, the thumbnails and the dialog agree. Options that change
+/// how a plane is sampled for the view and the thumbnails belong here too.
 struct PlaneSettings {
     float startX = 0.0f;
     float startY = 0.0f;
@@ -18,6 +19,8 @@ struct PlaneSettings {
     /// When set, range y follows range x and the picture's aspect ratio.
     bool keepAspect = true;
     bool seamless = false;
+
+    friend bool operator==(const PlaneSettings&, const PlaneSettings&) = default;
 };
 
 /// A node made visible: the image of an image node, or a plane of a texture node laid over a

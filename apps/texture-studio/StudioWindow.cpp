@@ -15,8 +15,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
@@ -24,13 +22,12 @@
 #include <QVBoxLayout>
 
 #include "apps/common/RenderToFile.h"
-#include "apps/texture-studio/BakeModel.h"
 #include "apps/texture-studio/BakeView.h"
+#include "apps/texture-studio/DisplayController.h"
 #include "apps/texture-studio/DocumentController.h"
 #include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
 #include "apps/texture-studio/GraphView.h"
-#include "apps/texture-studio/ImageConversion.h"
 #include "apps/texture-studio/ImageViewer.h"
 #include "apps/texture-studio/NodeItem.h"
 #include "apps/texture-studio/NodePalette.h"
@@ -38,7 +35,6 @@
 #include "apps/texture-studio/PictureRenderer.h"
 #include "apps/texture-studio/ThumbnailUpdater.h"
 #include "host/Engine.h"
-#include "host/Image.h"
 #include "host/LibraryInterface.h"
 #include "host/Log.h"
 #include "host/NodeInterface.h"
@@ -67,8 +63,6 @@ bool SpinUntil(Condition done, int timeoutMs) {
     return done();
 }
 
-constexpr int kProgressDelayMs = 250;
-
 }  // namespace
 
 StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
@@ -82,41 +76,19 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     setCentralWidget(mGraphView);
     mEditor = new GraphEditor(mCatalogue, mScene, this);
     mDocument = new DocumentController(mCatalogue, mEditor, this);
-    mDisplayRenderer = new PictureRenderer(mEngine, QThread::NormalPriority, this);
     mThumbnails = new ThumbnailUpdater(mEngine, mScene, this);
     BuildDocks();
     mStatus = new QLabel(this);
     statusBar()->addWidget(mStatus, 1);
-    mProgress = new QProgressBar(this);
-    mProgress->setRange(0, 0);  // a node's render reports no fraction: a busy bar
-    mProgress->setMaximumWidth(140);
-    mCancel = new QPushButton(tr("Cancel"), this);
-    mCancel->setToolTip(tr("Stop waiting for the display node's render"));
-    statusBar()->addPermanentWidget(mProgress);
-    statusBar()->addPermanentWidget(mCancel);
-    mProgress->hide();
-    mCancel->hide();
-    mProgressDelay = new QTimer(this);
-    mProgressDelay->setSingleShot(true);
-    connect(mProgressDelay, &QTimer::timeout, this, [this] {
-        if (mDisplayRequested == nullptr)
-            return;
-        mProgress->show();
-        mCancel->show();
-        Report(tr("Rendering '%1'...")
-                   .arg(QString::fromStdString(mEngine->GetNodeId(mDisplayRequested))));
-    });
-    connect(mCancel, &QPushButton::clicked, this, &StudioWindow::CancelDisplay);
-    mDisplayDelay = new QTimer(this);
-    mDisplayDelay->setSingleShot(true);
-    connect(mDisplayDelay, &QTimer::timeout, this, [this] {
-        if (mEvaluationPending)
-            RequestDisplay();
-    });
+    mDisplay = new DisplayController(
+        mEngine, mViewer, mBakeView, statusBar(), [this] { return CurrentPlane(); }, this);
     BuildMenus();
 
-    connect(mDisplayRenderer, &PictureRenderer::pictureReady, this,
-            &StudioWindow::ShowDisplayPicture);
+    connect(mDisplay, &DisplayController::report, this, &StudioWindow::Report);
+    connect(mDisplay, &DisplayController::shown, this, [this] {
+        mScene->SyncStates(mManager->GetDisplayNode());
+        ReportErrors();
+    });
     connect(mThumbnails->GetRenderer(), &PictureRenderer::pictureReady, this,
             [this](Node*, const NodePicture& picture) {
                 if (picture.failed)
@@ -125,14 +97,17 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     connect(mEditor, &GraphEditor::outputChanged, mThumbnails, &ThumbnailUpdater::OutputChanged);
     connect(mEditor, &GraphEditor::graphChanged, mThumbnails, &ThumbnailUpdater::Sync);
     connect(mEditor, &GraphEditor::nodeLeaving, this, [this](Node* node) {
+        if (mDisplay == nullptr)  // the window is closing
+            return;
         mThumbnails->Forget(node);
-        mDisplayRenderer->Forget(node);
+        mDisplay->Forget(node);
     });
 
     connect(mScene, &QGraphicsScene::selectionChanged, this, &StudioWindow::UpdateActions);
     connect(mEditor, &GraphEditor::graphChanged, this, &StudioWindow::UpdateActions);
     connect(mEditor, &GraphEditor::nodeLeaving, this, &StudioWindow::DropAttributesPageOf);
-    connect(mEditor, &GraphEditor::displayOutputChanged, this, &StudioWindow::ScheduleEvaluation);
+    connect(mEditor, &GraphEditor::displayOutputChanged, mDisplay,
+            &DisplayController::OutputChanged);
     connect(mEditor, &GraphEditor::report, this, &StudioWindow::Report);
     connect(mDocument, &DocumentController::report, this, &StudioWindow::Report);
     connect(mDocument, &DocumentController::stateChanged, this, &StudioWindow::UpdateTitle);
@@ -159,6 +134,11 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
 }
 
 StudioWindow::~StudioWindow() {
+    // The workers first: no render may outlive the graph it reads.
+    delete mThumbnails;
+    mThumbnails = nullptr;
+    delete mDisplay;
+    mDisplay = nullptr;
     // The scene is a child and dies after this part of the window: its last selection change
     // must reach neither the window nor the editor.
     mScene->disconnect();
@@ -277,8 +257,8 @@ void StudioWindow::BuildMenus() {
 }
 
 bool StudioWindow::EvaluateDisplay(int timeoutMs) {
-    RequestDisplay();
-    return SpinUntil([this] { return mDisplayRequested == nullptr; }, timeoutMs);
+    FollowDisplayNode();
+    return SpinUntil([this] { return !mDisplay->IsBusy(); }, timeoutMs);
 }
 
 bool StudioWindow::WaitForThumbnails(int timeoutMs) {
@@ -308,108 +288,6 @@ PlaneSettings StudioWindow::CurrentPlane() const {
     plane.keepAspect = flag("m_keep_aspect_qcheck", plane.keepAspect);
     plane.seamless = flag("m_seamless_qcheck", plane.seamless);
     return plane;
-}
-
-void StudioWindow::RequestDisplay() {
-    mEvaluationPending = false;
-    Node* display = mManager->GetDisplayNode();
-    mScene->SyncStates(display);
-    if (display == nullptr) {
-        mDisplayRequested = nullptr;
-        mViewer->SetMessage(
-            tr("No display node: double-click a node (or press D) to show its image"));
-        return;
-    }
-    if (mDisplayRequested != nullptr && mDisplayRequested != display)
-        mDisplayRenderer->Forget(mDisplayRequested);
-    mDisplayRequested = display;
-    mDisplayRenderer->Request(display, QSize(), CurrentPlane());
-    if (!mProgressDelay->isActive() && !mProgress->isVisible())
-        mProgressDelay->start(kProgressDelayMs);
-}
-
-void StudioWindow::ShowDisplayPicture(Node* node, const NodePicture& picture) {
-    if (node != mDisplayRequested)
-        return;
-    mDisplayRequested = nullptr;
-    mProgressDelay->stop();
-    mProgress->hide();
-    mCancel->hide();
-    const QString id = QString::fromStdString(mEngine->GetNodeId(node));
-    mScene->SyncStates(mManager->GetDisplayNode());
-    if (picture.image.isNull()) {
-        mViewer->SetMessage(tr("'%1' shows nothing: %2").arg(id, picture.message));
-        ShowBake(node, picture);
-        if (picture.failed)
-            ReportErrors();
-        return;
-    }
-    mViewer->SetImage(picture.image);
-    ShowBake(node, picture);
-    if (picture.isTexture) {
-        const PlaneSettings plane = CurrentPlane();
-        const double rangeY = plane.keepAspect ? plane.rangeX : plane.rangeY;
-        Report(tr("'%1' is a texture: x %2 to %3, y %4 to %5 at z %6%7, as the preview dialog "
-                  "shows it (menu Texture), %8 ms")
-                   .arg(id)
-                   .arg(plane.startX)
-                   .arg(plane.startX + plane.rangeX)
-                   .arg(plane.startY)
-                   .arg(plane.startY + rangeY)
-                   .arg(plane.fixedZ)
-                   .arg(plane.seamless ? tr(", seamless") : QString())
-                   .arg(picture.milliseconds));
-    } else {
-        Report(tr("%1: %2 x %3, %4 ms")
-                   .arg(id)
-                   .arg(picture.imageSize.width())
-                   .arg(picture.imageSize.height())
-                   .arg(picture.milliseconds));
-    }
-    ReportErrors();
-}
-
-void StudioWindow::ShowBake(Node* node, const NodePicture& picture) {
-    BakeModel model;
-    QString why;
-    const bool bakes = !picture.isTexture && BakeModel::FromNode(*mEngine, *node, &model, &why);
-    const bool hasMesh =
-        std::any_of(node->GetAttributes().begin(), node->GetAttributes().end(),
-                    [](const auto& attribute) { return attribute->GetName() == "mesh"; });
-    if (hasMesh && !mBakeView->isVisible()) {
-        // Shared evenly with the flat image when it appears.
-        auto* pictures = qobject_cast<QSplitter*>(mBakeView->parentWidget());
-        mBakeView->show();
-        const int half = pictures->width() / 2;
-        pictures->setSizes({half, half});
-        QTimer::singleShot(0, mViewer, &ImageViewer::ZoomToFit);
-    }
-    mBakeView->setVisible(hasMesh);
-    if (!hasMesh)
-        return;
-    if (!bakes)
-        mBakeView->SetMessage(why);
-    else if (picture.image.isNull())
-        mBakeView->SetMessage(
-            tr("'%1' baked no image: %2")
-                .arg(QString::fromStdString(mEngine->GetNodeId(node)), picture.message));
-    else
-        mBakeView->Show(model, picture.image);
-}
-
-void StudioWindow::CancelDisplay() {
-    if (mDisplayRequested == nullptr)
-        return;
-    const QString id = QString::fromStdString(mEngine->GetNodeId(mDisplayRequested));
-    mDisplayRenderer->Forget(mDisplayRequested);
-    mDisplayRequested = nullptr;
-    mProgressDelay->stop();
-    mProgress->hide();
-    mCancel->hide();
-    mViewer->SetMessage(tr("The render of '%1' was cancelled: edit the graph or press D on a "
-                           "node to render again")
-                            .arg(id));
-    Report(tr("Cancelled the render of '%1'; its image is dropped when it finishes").arg(id));
 }
 
 void StudioWindow::ReportErrors() {
@@ -543,9 +421,9 @@ void StudioWindow::ShowAttributesPage() {
 }
 
 void StudioWindow::FollowDisplayNode() {
-    // Another node on view is no drag: it is shown at once.
-    mDisplayDelay->stop();
-    RequestDisplay();
+    mScene->SyncStates(mManager->GetDisplayNode());
+    mThumbnails->SetPlane(CurrentPlane());
+    mDisplay->Follow();
 }
 
 void StudioWindow::DropAttributesPageOf(Node* node) {
@@ -553,18 +431,6 @@ void StudioWindow::DropAttributesPageOf(Node* node) {
         return;
     delete mAttributesArea->takeWidget();
     mAttributesNode = nullptr;
-}
-
-void StudioWindow::ScheduleEvaluation() {
-    // The display render holds the engine for as long as it runs, and every edit needs the
-    // engine: while edits come in quick succession the render waits for them to pause, so
-    // that a drag on a spinner never waits for a render. Thumbnails of textures follow the
-    // drag meanwhile.
-    const bool editing =
-        mSinceLastChange.isValid() && mSinceLastChange.elapsed() < ThumbnailUpdater::kQuietPeriodMs;
-    mSinceLastChange.start();
-    mEvaluationPending = true;
-    mDisplayDelay->start(editing ? ThumbnailUpdater::kQuietPeriodMs : 0);
 }
 
 void StudioWindow::UpdateActions() {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QPointer>
 
 class BakeView;
+class DisplayController;
 class DocumentController;
 class Engine;
 class GraphEditor;
@@ -14,17 +14,12 @@ class ImageViewer;
 class Manager;
 class Node;
 class NodePalette;
-class PictureRenderer;
 class PluginLoader;
 class QDockWidget;
 class QLabel;
 class QMenu;
-class QProgressBar;
-class QPushButton;
 class QScrollArea;
-class QTimer;
 class ThumbnailUpdater;
-struct NodePicture;
 struct PlaneSettings;
 
 /// The desktop host's main window: the node graph, the catalogue, the active node's
@@ -83,17 +78,8 @@ private:
     /// Shows the active node's attributes page.
     void ShowAttributesPage();
     void DropAttributesPageOf(Node* node);
-    /// Follows a new display node: marker and image.
+    /// Follows a new display node: marker and picture.
     void FollowDisplayNode();
-    /// Coalesces re-evaluations requested by events into one, after they settle.
-    void ScheduleEvaluation();
-    /// Asks the worker for the display node's picture.
-    void RequestDisplay();
-    void ShowDisplayPicture(Node* node, const NodePicture& picture);
-    /// Beside the flat image of a node that bakes onto a mesh, the mesh wearing it.
-    void ShowBake(Node* node, const NodePicture& picture);
-    /// Drops the display render on its way and says so.
-    void CancelDisplay();
     /// Puts the first node in error (if any) in the status bar.
     void ReportErrors();
     void FillRecentMenu();
@@ -127,16 +113,6 @@ private:
     QAction* mThumbnailAction = nullptr;
     QMenu* mRecentMenu = nullptr;
     QLabel* mStatus = nullptr;
-    QProgressBar* mProgress = nullptr;
-    QPushButton* mCancel = nullptr;
-    /// Shows the progress only for renders that take long enough to notice.
-    QTimer* mProgressDelay = nullptr;
-    /// Puts the display render off while edits follow each other closely (a drag).
-    QTimer* mDisplayDelay = nullptr;
-    QElapsedTimer mSinceLastChange;
-    bool mEvaluationPending = false;
-    PictureRenderer* mDisplayRenderer = nullptr;
+    DisplayController* mDisplay = nullptr;
     ThumbnailUpdater* mThumbnails = nullptr;
-    /// The node whose display picture is on its way, or null.
-    Node* mDisplayRequested = nullptr;
 };

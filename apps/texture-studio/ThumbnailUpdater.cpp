@@ -40,6 +40,8 @@ void ThumbnailUpdater::SetWanted(Node* node, bool wanted) {
 }
 
 void ThumbnailUpdater::SetPlane(const PlaneSettings& plane) {
+    if (plane == mPlane)
+        return;
     mPlane = plane;
     for (NodeItem* item : mScene->GetNodeItems())
         OutputChanged(item->GetNode());

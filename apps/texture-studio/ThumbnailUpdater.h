@@ -30,7 +30,7 @@ public:
     void SetEnabled(bool enabled);
     /// The per-node toggle.
     void SetWanted(Node* node, bool wanted);
-    /// The part of a texture's plane thumbnails show.
+    /// The part of a texture's plane thumbnails show; a change redraws them all.
     void SetPlane(const PlaneSettings& plane);
 
     /// The node's output changed: its thumbnail is redrawn soon.
