@@ -25,12 +25,13 @@ constexpr int kProgressDelayMs = 250;
 
 DisplayController::DisplayController(Engine* engine, ImageViewer* viewer, BakeView* bake,
                                      QStatusBar* statusBar, std::function<PlaneSettings()> plane,
-                                     QObject* parent)
+                                     std::function<QString(const Node*)> nameOf, QObject* parent)
     : QObject(parent),
       mEngine(engine),
       mViewer(viewer),
       mBake(bake),
       mPlane(std::move(plane)),
+      mNameOf(std::move(nameOf)),
       mRenderer(new PictureRenderer(engine, QThread::NormalPriority, this)),
       mProgress(new QProgressBar(statusBar)),
       mCancel(new QPushButton(tr("Cancel"), statusBar)),
@@ -48,8 +49,10 @@ DisplayController::DisplayController(Engine* engine, ImageViewer* viewer, BakeVi
             return;
         mProgress->show();
         mCancel->show();
-        emit report(
-            tr("Rendering '%1'...").arg(QString::fromStdString(mEngine->GetNodeId(mRequested))));
+        const QString rendering = tr("Rendering '%1'...").arg(mNameOf(mRequested));
+        if (mViewer->GetImage().isNull())
+            mViewer->SetMessage(rendering);
+        emit report(rendering);
     });
     connect(mCancel, &QPushButton::clicked, this, &DisplayController::Cancel);
     mQuiet->setSingleShot(true);
@@ -102,7 +105,7 @@ void DisplayController::Show(Node* node, const NodePicture& picture) {
         return;
     mRequested = nullptr;
     HideProgress();
-    const QString id = QString::fromStdString(mEngine->GetNodeId(node));
+    const QString id = mNameOf(node);
     ShowBake(node, picture);
     if (picture.image.isNull()) {
         mViewer->SetMessage(tr("'%1' shows nothing: %2").arg(id, picture.message));
@@ -152,9 +155,7 @@ void DisplayController::ShowBake(Node* node, const NodePicture& picture) {
     BakeModel model;
     QString why;
     if (picture.image.isNull())
-        mBake->SetMessage(
-            tr("'%1' baked no image: %2")
-                .arg(QString::fromStdString(mEngine->GetNodeId(node)), picture.message));
+        mBake->SetMessage(tr("'%1' baked no image: %2").arg(mNameOf(node), picture.message));
     else if (!BakeModel::FromNode(*mEngine, *node, &model, &why))
         mBake->SetMessage(why);
     else
@@ -164,13 +165,14 @@ void DisplayController::ShowBake(Node* node, const NodePicture& picture) {
 void DisplayController::Cancel() {
     if (mRequested == nullptr)
         return;
-    const QString id = QString::fromStdString(mEngine->GetNodeId(mRequested));
+    const QString id = mNameOf(mRequested);
     mRenderer->Forget(mRequested);
     mRequested = nullptr;
     HideProgress();
-    mViewer->SetMessage(tr("The render of '%1' was cancelled: edit the graph or press D on a "
-                           "node to render again")
-                            .arg(id));
+    mViewer->SetMessage(
+        tr("The render of '%1' was cancelled: edit the graph, or press D on a node, to render "
+           "again")
+            .arg(id));
     emit report(tr("Cancelled the render of '%1'; its image is dropped when it finishes").arg(id));
 }
 

@@ -26,10 +26,12 @@ class DisplayController : public QObject {
     Q_OBJECT
 
 public:
-    /// `plane` tells the part of a texture's plane to show. The widgets must outlive the
+    /// `plane` tells the part of a texture's plane to show, `nameOf` a node's id without
+    /// waiting for the engine (which a render may hold for long). The widgets must outlive the
     /// controller; the busy bar and the button are added to `statusBar`.
     DisplayController(Engine* engine, ImageViewer* viewer, BakeView* bake, QStatusBar* statusBar,
-                      std::function<PlaneSettings()> plane, QObject* parent = nullptr);
+                      std::function<PlaneSettings()> plane,
+                      std::function<QString(const Node*)> nameOf, QObject* parent = nullptr);
     ~DisplayController() override;
 
     /// Another display node (or none): shown at once.
@@ -58,6 +60,7 @@ private:
     ImageViewer* mViewer;
     BakeView* mBake;
     std::function<PlaneSettings()> mPlane;
+    std::function<QString(const Node*)> mNameOf;
     PictureRenderer* mRenderer;
     QProgressBar* mProgress;
     QPushButton* mCancel;

@@ -97,6 +97,11 @@ void GraphScene::Arrange() {
     UpdateLinkPaths();
 }
 
+QString GraphScene::IdOf(const Node* node) const {
+    const NodeItem* item = ItemFor(node);
+    return item != nullptr ? item->GetId() : QString();
+}
+
 void GraphScene::SetThumbnailsShown(bool shown) {
     mThumbnailsShown = shown;
     for (const auto& [node, item] : mNodes)

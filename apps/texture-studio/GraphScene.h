@@ -36,6 +36,9 @@ public:
     NodeItem* AddNodeItem(Node* node, const QPointF& position);
     void RemoveNodeItem(Node* node);
     NodeItem* ItemFor(const Node* node) const;
+    /// The node's id as its item shows it (empty for a node without item). Unlike the
+    /// engine's, this never waits for a render that holds the engine.
+    QString IdOf(const Node* node) const;
     /// Re-reads the links (and the plugs linked attributes show) from the engine.
     void SyncLinks();
     /// Re-reads every node's state and marks the display node.

@@ -5,7 +5,7 @@
 
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
-#include <QGraphicsSimpleTextItem>
+#include <QGraphicsTextItem>
 #include <QPainter>
 #include <QWheelEvent>
 
@@ -23,8 +23,8 @@ ImageViewer::ImageViewer(QWidget* parent) : QGraphicsView(parent) {
     setDragMode(QGraphicsView::ScrollHandDrag);
     mPixmap = scene()->addPixmap(QPixmap());
     mPixmap->setTransformationMode(Qt::FastTransformation);  // pixels stay crisp when zoomed
-    mMessage = scene()->addSimpleText(QString());
-    mMessage->setBrush(palette().color(QPalette::Text));
+    mMessage = scene()->addText(QString());
+    mMessage->setDefaultTextColor(palette().color(QPalette::Text));
     SetMessage(tr("No display node"));
 }
 
@@ -42,7 +42,8 @@ void ImageViewer::SetImage(const QImage& image) {
 void ImageViewer::SetMessage(const QString& message) {
     mImage = QImage();
     mPixmap->setVisible(false);
-    mMessage->setText(message);
+    mMessage->setTextWidth(std::max(160, viewport()->width() - 24));
+    mMessage->setPlainText(message);
     mMessage->setVisible(true);
     scene()->setSceneRect(mMessage->boundingRect());
     SetZoom(1.0);

@@ -4,7 +4,7 @@
 #include <QImage>
 
 class QGraphicsPixmapItem;
-class QGraphicsSimpleTextItem;
+class QGraphicsTextItem;
 
 /// Shows one image over a checkerboard (so opacity is visible), zoomed with the mouse wheel
 /// around the cursor; or a message when there is no image.
@@ -17,7 +17,7 @@ public:
     /// Shows `image`; the zoom is kept when the size did not change, otherwise the image is
     /// fitted into the view.
     void SetImage(const QImage& image);
-    /// Shows `message` instead of an image.
+    /// Shows `message` instead of an image, wrapped to the view's width.
     void SetMessage(const QString& message);
     const QImage& GetImage() const { return mImage; }
     /// The current zoom factor (1 = one image pixel per screen pixel).
@@ -40,5 +40,5 @@ private:
 
     QImage mImage;
     QGraphicsPixmapItem* mPixmap = nullptr;
-    QGraphicsSimpleTextItem* mMessage = nullptr;
+    QGraphicsTextItem* mMessage = nullptr;
 };

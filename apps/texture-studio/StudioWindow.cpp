@@ -81,7 +81,8 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     mStatus = new QLabel(this);
     statusBar()->addWidget(mStatus, 1);
     mDisplay = new DisplayController(
-        mEngine, mViewer, mBakeView, statusBar(), [this] { return CurrentPlane(); }, this);
+        mEngine, mViewer, mBakeView, statusBar(), [this] { return CurrentPlane(); },
+        [this](const Node* node) { return mScene->IdOf(node); }, this);
     BuildMenus();
 
     connect(mDisplay, &DisplayController::report, this, &StudioWindow::Report);
@@ -105,6 +106,10 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
 
     connect(mScene, &QGraphicsScene::selectionChanged, this, &StudioWindow::UpdateActions);
     connect(mEditor, &GraphEditor::graphChanged, this, &StudioWindow::UpdateActions);
+    // Reading the labels waits for the engine, which a render may hold for long: they are
+    // read after edits (which waited for it anyway) and when the Edit menu opens, never on a
+    // mere change of selection.
+    connect(mEditor, &GraphEditor::graphChanged, this, &StudioWindow::UpdateUndoLabels);
     connect(mEditor, &GraphEditor::nodeLeaving, this, &StudioWindow::DropAttributesPageOf);
     connect(mEditor, &GraphEditor::displayOutputChanged, mDisplay,
             &DisplayController::OutputChanged);
@@ -207,6 +212,7 @@ void StudioWindow::BuildMenus() {
     mDeleteAction =
         edit->addAction(tr("&Delete"), QKeySequence::Delete, mEditor, &GraphEditor::DeleteSelected);
     connect(edit, &QMenu::aboutToShow, this, &StudioWindow::UpdateActions);
+    connect(edit, &QMenu::aboutToShow, this, &StudioWindow::UpdateUndoLabels);
 
     QMenu* node = menuBar()->addMenu(tr("&Node"));
     mDisplayAction = node->addAction(tr("&Display"), QKeySequence(tr("D")), mEditor,
@@ -291,12 +297,12 @@ PlaneSettings StudioWindow::CurrentPlane() const {
 }
 
 void StudioWindow::ReportErrors() {
-    for (Node* node : mEngine->GetNodes()) {
+    for (const NodeItem* item : mScene->GetNodeItems()) {
+        const Node* node = item->GetNode();
         if (node->GetState() != Node::kStateError)
             continue;
         Report(tr("'%1' (%2) failed: %3")
-                   .arg(QString::fromStdString(mEngine->GetNodeId(node)),
-                        QString::fromStdString(node->GetTypeName()),
+                   .arg(item->GetId(), QString::fromStdString(node->GetTypeName()),
                         QString::fromStdString(node->GetStateMessage())));
         return;
     }
@@ -403,7 +409,7 @@ void StudioWindow::ShowAttributesPage() {
         auto* title =
             new QLabel(QString("<b>%1</b> &nbsp; %2")
                            .arg(QString::fromStdString(node->GetTypeName()).toHtmlEscaped(),
-                                QString::fromStdString(mEngine->GetNodeId(node)).toHtmlEscaped()),
+                                mScene->IdOf(node).toHtmlEscaped()),
                        container);
         layout->addWidget(title);
         NodeInterface* type = mCatalogue.FindType(node->GetTypeName());
@@ -433,11 +439,14 @@ void StudioWindow::DropAttributesPageOf(Node* node) {
     mAttributesNode = nullptr;
 }
 
-void StudioWindow::UpdateActions() {
+void StudioWindow::UpdateUndoLabels() {
     const QString undo = QString::fromStdString(mEngine->GetUndoLabel());
     const QString redo = QString::fromStdString(mEngine->GetRedoLabel());
     mUndoAction->setText(undo.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(undo));
     mRedoAction->setText(redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redo));
+}
+
+void StudioWindow::UpdateActions() {
     Node* selected = mScene->GetSelectedNode();
     const bool anySelected = !mScene->selectedItems().isEmpty();
     mCopyAction->setEnabled(anySelected);

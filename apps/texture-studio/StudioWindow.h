@@ -84,6 +84,7 @@ private:
     void ReportErrors();
     void FillRecentMenu();
     void UpdateActions();
+    void UpdateUndoLabels();
     void UpdateTitle();
     void Report(const QString& message);
 
