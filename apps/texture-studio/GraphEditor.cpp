@@ -62,7 +62,7 @@ GraphEditor::Clipboard GraphEditor::CopyOfSelection() const {
             continue;
         const Node* node = nodeItem->GetNode();
         Clipboard::CopiedNode copied{
-            QString::fromStdString(node->GetTypeName()), nodeItem->GetId(), nodeItem->pos(), {}};
+            QString::fromStdString(node->GetTypeName()), nodeItem->pos(), {}};
         for (const auto& attribute : node->GetAttributes())
             copied.attributes.emplace_back(attribute->GetId(), attribute->GetValue());
         index[node] = copy.nodes.size();

@@ -76,7 +76,6 @@ private:
     struct Clipboard {
         struct CopiedNode {
             QString typeName;
-            QString id;
             QPointF position;
             std::vector<std::pair<unsigned, NodeValue>> attributes;
         };

@@ -23,7 +23,7 @@ class ThumbnailUpdater;
 struct PlaneSettings;
 
 /// The desktop host's main window: the node graph, the catalogue, the active node's
-/// attributes page, the display node's image, the menus (with the plug-in's own entries in menu
+/// attributes page, the display node's picture, the menus (with the plug-in's own entries in menu
 /// "Texture") and rendering the display node to a file. The document and the graph edits are
 /// the controller's and the editor's; the window shows what they change.
 ///
@@ -52,7 +52,8 @@ public:
     /// false with a message.
     bool RenderDisplayTo(const QString& path, QString* error);
 
-    /// Zooms and scrolls the graph so that every node shows (never enlarging beyond 1:1).
+    /// Zooms and scrolls the graph so that every node shows, never enlarging beyond 1:1; a
+    /// graph too large to show at a zoom where titles stay readable shows its top-left part.
     void FitGraph();
 
     DocumentController* GetDocument() const { return mDocument; }
@@ -62,7 +63,6 @@ public:
     ImageViewer* GetViewer() const { return mViewer; }
     BakeView* GetBakeView() const { return mBakeView; }
     QMenu* GetTextureMenu() const { return mTextureMenu; }
-    ThumbnailUpdater* GetThumbnails() const { return mThumbnails; }
     /// The status bar's current message.
     QString GetStatusText() const;
 

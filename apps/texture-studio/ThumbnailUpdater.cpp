@@ -44,7 +44,8 @@ void ThumbnailUpdater::SetPlane(const PlaneSettings& plane) {
         return;
     mPlane = plane;
     for (NodeItem* item : mScene->GetNodeItems())
-        OutputChanged(item->GetNode());
+        if (!item->HasImageOutput())
+            OutputChanged(item->GetNode());
 }
 
 void ThumbnailUpdater::OutputChanged(Node* node) {
