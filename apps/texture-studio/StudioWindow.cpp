@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QChildEvent>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDockWidget>
@@ -340,6 +341,34 @@ void StudioWindow::closeEvent(QCloseEvent* event) {
         event->accept();
     else
         event->ignore();
+}
+
+void StudioWindow::childEvent(QChildEvent* event) {
+    QMainWindow::childEvent(event);
+    if (event->type() != QEvent::ChildAdded)
+        return;
+    // The dialog is still being made when it joins the window: its widgets are looked at
+    // once it is done.
+    QPointer<QObject> child = event->child();
+    QTimer::singleShot(0, this, [this, child] {
+        if (child != nullptr && child->objectName() == "QTextureDialog")
+            FollowPreviewSettings(qobject_cast<QWidget*>(child.data()));
+    });
+}
+
+void StudioWindow::FollowPreviewSettings(QWidget* dialog) {
+    if (dialog == nullptr)
+        return;
+    const auto changed = [this] {
+        mThumbnails->SetPlane(CurrentPlane());
+        Node* display = mManager->GetDisplayNode();
+        if (display != nullptr && RenderToFile::FindImageOutplug(*display) < 0)
+            mDisplay->OutputChanged();
+    };
+    for (auto* spinner : dialog->findChildren<QDoubleSpinBox*>())
+        connect(spinner, &QDoubleSpinBox::valueChanged, this, changed);
+    for (auto* check : dialog->findChildren<QCheckBox*>())
+        connect(check, &QCheckBox::toggled, this, changed);
 }
 
 void StudioWindow::showEvent(QShowEvent* event) {

@@ -68,6 +68,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    /// Notices the plug-in's preview dialog when it is made, to follow its settings.
+    void childEvent(QChildEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
@@ -83,6 +85,8 @@ private:
     /// Puts the first node in error (if any) in the status bar.
     void ReportErrors();
     void FillRecentMenu();
+    /// Shows texture nodes again whenever a setting of the preview dialog changes.
+    void FollowPreviewSettings(QWidget* dialog);
     void UpdateActions();
     void UpdateUndoLabels();
     void UpdateTitle();
