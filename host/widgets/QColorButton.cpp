@@ -9,6 +9,9 @@ QColorButton::QColorButton(QWidget* parent) : QColorButton(QColor(Qt::black), pa
 QColorButton::QColorButton(const QColor& color, QWidget* parent)
     : QPushButton(parent), mColor(color) {
     setMinimumSize(24, 16);
+    // Inside a dialog a push button is the default one by default, so Enter in any field of
+    // the dialog would open the colour chooser.
+    setAutoDefault(false);
     connect(this, &QPushButton::clicked, this, &QColorButton::chooseColor);
 }
 
