@@ -21,8 +21,8 @@
 #include "host/TextureHandle.h"
 #include "hwy/targets.h"
 #include "noisepp/core/Pipeline.h"
-#include "noisepp/utils/PlaneBuilder.h"
 #include "tests/library/PluginLibrary.h"
+#include "tests/support/PlanePixels.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TextureCommand.h"
 
@@ -47,7 +47,7 @@ int RoundHalfDown(double v) {
 
 /// The rectangle a Render 2D node samples: its attributes narrowed to float, the range at
 /// least a thousandth.
-struct Plane {
+struct Plane : testsupport::PlaneWindow {
     explicit Plane(const Node& render) {
         const auto value = [&](const char* name) { return render.FindAttribute(name)->GetValue(); };
         const Point range = value("range").GetPoint();
@@ -63,16 +63,7 @@ struct Plane {
     }
 
     Colors Build(const noisepp::Module& module) const {
-        Colors colors(static_cast<std::size_t>(width) * height);
-        noisepp::utils::PlaneBuilder builder;
-        builder.setModule(&module);
-        builder.setDestination(colors.data());
-        builder.setSize(width, height);
-        builder.setBounds(lowerX, lowerY, upperX, upperY);
-        builder.setZValue(z);
-        builder.setSeamless(seamless);
-        builder.build();
-        return colors;
+        return testsupport::BuildPlane(module, *this);
     }
 
     /// One point at a time through getValue, at the points the builder's line jobs visit (x
@@ -90,10 +81,6 @@ struct Plane {
         }
         return colors;
     }
-
-    double lowerX, lowerY, upperX, upperY, z;
-    bool seamless;
-    int width, height;
 };
 
 /// Counts pixels (`channels` floats each) that differ in any bit from `expected` and reports
