@@ -112,8 +112,7 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
         const std::string where = place + ": attribute '" + name + "'";
         Attribute* attribute = node->FindAttribute(name);
         if (attribute == nullptr) {
-            if (auto* gradientNode = dynamic_cast<GradientNode*>(node);
-                gradientNode != nullptr && name == "gradient") {
+            if (name == "gradient" && node->GetGradientNode() != nullptr) {
                 try {
                     GradientNode::SetGradient(node, ValueCodec::DecodeGradient(value));
                 } catch (const ValueCodec::Error& e) {
@@ -293,7 +292,7 @@ bool Document::Save(const std::string& path, const Engine& engine, std::string* 
                     value = NodeValue::Text(Relative(value.GetText(), folder));
                 attributes[attribute->GetName()] = ValueCodec::Encode(*attribute, value);
             }
-            if (const auto* gradientNode = dynamic_cast<const GradientNode*>(node))
+            if (const GradientNode* gradientNode = node->GetGradientNode())
                 attributes["gradient"] = ValueCodec::EncodeGradient(gradientNode->GetGradient());
             if (!attributes.empty())
                 entry["attributes"] = attributes;

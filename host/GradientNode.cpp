@@ -31,7 +31,7 @@ std::unique_lock<std::recursive_mutex> lockEngineOf(Node* node) {
 GradientNode::GradientNode() : mGradient(DefaultGradient()) {}
 
 void GradientNode::SetGradient(Node* node, const VertexGradient& gradient) {
-    auto* gradientNode = dynamic_cast<GradientNode*>(node);
+    GradientNode* gradientNode = node != nullptr ? node->GetGradientNode() : nullptr;
     if (gradientNode == nullptr)
         throw std::invalid_argument("SetGradient: node " +
                                     (node != nullptr ? "'" + node->GetTypeName() + "'" : "null") +

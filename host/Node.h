@@ -13,6 +13,7 @@
 
 class Image;
 class Engine;
+class GradientNode;
 
 /// Base of every node: its attributes, regular inputs and outputs, its plugs, its state and
 /// its listeners. A node type's constructor declares its attributes, inputs and outputs and
@@ -76,6 +77,9 @@ public:
     /// Offered a stored attribute this node does not declare (name and value as text);
     /// returns true when the node took it. The base takes nothing.
     virtual bool HandleStoredAttribute(const std::string& name, const std::string& value);
+    /// The gradient this node keeps beside its attributes, or null. A document stores it among
+    /// the attributes as "gradient"; it is no inplug, so it is not one of GetAttributes.
+    virtual GradientNode* GetGradientNode() { return nullptr; }
 
     // Declaration, used by node constructors.
     void AddCombinedRgboAttribute(unsigned attributeId, const std::string& colorName,

@@ -17,6 +17,7 @@ public:
     enum RegularInputId : unsigned { kTextureInput = 0, kGradientInput = 1 };
 
     TextureGradientNode();
+    GradientNode* GetGradientNode() override { return this; }
 
 private:
     /// The stops, from the image on "gradient" or else from the node's own gradient.

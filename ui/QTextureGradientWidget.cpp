@@ -22,7 +22,7 @@ QTextureGradientWidget::QTextureGradientWidget(QWidget* parent, Node* node,
                                                NodeInterface* interface)
     : QWidget(parent),
       mNode(node),
-      mGradientNode(dynamic_cast<GradientNode*>(node)),
+      mGradientNode(node != nullptr ? node->GetGradientNode() : nullptr),
       mInterface(interface) {
     setObjectName("QTextureGradientWidget");
     resize(kPageWidth, kPageHeight);

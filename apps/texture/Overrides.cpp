@@ -70,7 +70,7 @@ bool ApplyOverride(Engine& engine, const Override& change, std::string* error) {
     const nlohmann::json json = ReadValue(change.value);
     Attribute* attribute = node->FindAttribute(change.attribute);
     if (attribute == nullptr) {
-        if (change.attribute == "gradient" && dynamic_cast<GradientNode*>(node) != nullptr) {
+        if (change.attribute == "gradient" && node->GetGradientNode() != nullptr) {
             try {
                 GradientNode::SetGradient(node, ValueCodec::DecodeGradient(json));
                 return true;

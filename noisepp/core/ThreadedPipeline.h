@@ -5,13 +5,12 @@
 #include <cstddef>
 #include <deque>
 #include <mutex>
-#include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "noisepp/core/Exception.h"
 #include "noisepp/core/Pipeline.h"
+#include "noisepp/core/WorkerThreads.h"
 
 namespace noisepp {
 
@@ -28,18 +27,8 @@ public:
     /// Starts `numberOfThreads` workers; 0 throws ParamInvalidException, a worker the system
     /// cannot start throws Exception.
     explicit ThreadedPipeline(std::size_t numberOfThreads) {
-        NOISEPP_REQUIRE(numberOfThreads > 0, "numberOfThreads");
-        mThreads.reserve(numberOfThreads);
-        try {
-            for (std::size_t i = 0; i < numberOfThreads; ++i)
-                mThreads.emplace_back([this] { workerLoop(); });
-        } catch (const std::system_error& e) {
-            // No destructor runs for a half-built pipeline: stop the workers started so far.
-            stopWorkers();
-            throw Exception("cannot start worker thread " + std::to_string(mThreads.size() + 1) +
-                            " of " + std::to_string(numberOfThreads) + " (" + e.what() +
-                            "); ask for fewer threads");
-        }
+        startWorkerThreads(
+            mThreads, numberOfThreads, [this] { workerLoop(); }, [this] { stopWorkers(); });
     }
 
     void addJob(PipelineJob* job) override {

@@ -1,26 +1,14 @@
 #include "noisepp/utils/ThreadedJobQueue.h"
 
-#include <string>
-#include <system_error>
-
 #include "noisepp/core/Exception.h"
+#include "noisepp/core/WorkerThreads.h"
 
 namespace noisepp::utils {
 
 ThreadedJobQueue::ThreadedJobQueue(std::size_t numberOfThreads, std::size_t cacheSize)
     : JobQueue(cacheSize) {
-    NOISEPP_REQUIRE(numberOfThreads > 0, "numberOfThreads");
-    mThreads.reserve(numberOfThreads);
-    try {
-        for (std::size_t i = 0; i < numberOfThreads; ++i)
-            mThreads.emplace_back([this] { workerLoop(); });
-    } catch (const std::system_error& e) {
-        // The destructor does not run for a half-built queue: stop the workers started so far.
-        stopWorkers();
-        throw Exception("cannot start worker thread " + std::to_string(mThreads.size() + 1) +
-                        " of " + std::to_string(numberOfThreads) + " (" + e.what() +
-                        "); ask for fewer threads");
-    }
+    startWorkerThreads(
+        mThreads, numberOfThreads, [this] { workerLoop(); }, [this] { stopWorkers(); });
 }
 
 void ThreadedJobQueue::addJob(PipelineJob* job) {

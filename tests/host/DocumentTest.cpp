@@ -7,6 +7,7 @@
 
 #include "host/Document.h"
 #include "host/Engine.h"
+#include "host/GradientNode.h"
 #include "host/Image.h"
 #include "host/ImageFileNode.h"
 #include "host/Node.h"
@@ -51,7 +52,8 @@ const char* kGoodDocument = R"({
   "format": "texture-graph", "version": 1,
   "nodes": [
     {"id": "fill", "type": "Test Fill",
-     "attributes": {"color": [0.25, 0.5, 0.75, 1], "size": 8.5, "mode": "b", "legacy": 3}},
+     "attributes": {"color": [0.25, 0.5, 0.75, 1], "size": 8.5, "mode": "b", "legacy": 3,
+                    "gradient": {"interpolation": "step", "stops": [[0.5, [1, 0, 0, 1]]]}}},
     {"id": "inv", "type": "TestInvertNode", "enabled": false},
     {"id": "photo", "type": "Image File", "attributes": {"file": "pictures/p.png"}},
     {"id": "inv2", "type": "Test Invert"}
@@ -68,6 +70,9 @@ void ExpectSameGraph(Engine& a, Engine& b) {
         ASSERT_NE(twin, nullptr) << a.GetNodeId(node);
         EXPECT_EQ(node->GetTypeName(), twin->GetTypeName());
         EXPECT_EQ(node->IsEvaluationEnabled(), twin->IsEvaluationEnabled());
+        if (const GradientNode* gradient = node->GetGradientNode(); gradient != nullptr) {
+            EXPECT_EQ(gradient->GetGradient(), twin->GetGradientNode()->GetGradient());
+        }
         for (const auto& attribute : node->GetAttributes())
             EXPECT_TRUE(attribute->GetValue() == twin->GetAttribute(attribute->GetId())->GetValue())
                 << a.GetNodeId(node) << "." << attribute->GetName();
@@ -95,6 +100,7 @@ TEST_F(DocumentTest, LoadSaveLoadKeepsAttributesLinksFlagsAndPaths) {
     Node* fill = engine.FindNode("fill");
     EXPECT_EQ(fill->FindAttribute("size")->GetValue().GetNumber(), 8.5);  // stored as given
     EXPECT_EQ(fill->FindAttribute("mode")->GetChoiceIndex(), 1);
+    EXPECT_EQ(fill->GetGradientNode()->GetGradient().vertices.size(), 1u);
     EXPECT_FALSE(engine.FindNode("inv")->IsEvaluationEnabled());
     const std::string file = engine.FindNode("photo")->FindAttribute("file")->GetValue().GetText();
     EXPECT_EQ(file, scratch / "pictures/p.png");
@@ -121,93 +127,58 @@ TEST_F(DocumentTest, ChoiceByIndexAndMeshlessDefaultsLoad) {
     EXPECT_EQ(engine.FindNode("f")->FindAttribute("size")->GetValue().GetNumber(), 4.0);
 }
 
-struct BadDocument {
-    const char* name;
-    std::string nodes;
-    std::string links;
-    std::vector<std::string> expected;
-};
-
-std::string Wrap(const std::string& nodes, const std::string& links) {
+std::string Wrap(const std::string& nodes, const std::string& links = "") {
     return R"({"format": "texture-graph", "version": 1, "nodes": [)" + nodes + R"(], "links": [)" +
            links + "]}";
 }
 
 TEST_F(DocumentTest, BadDocumentsFailWithFileAndPlace) {
-    const std::string fill = R"({"id": "f", "type": "Test Fill"})";
-    const std::string inv = R"({"id": "i", "type": "Test Invert"})";
-    const std::string inv2 = R"({"id": "j", "type": "Test Invert"})";
-    const std::vector<BadDocument> cases = {
-        {"unknown type",
-         R"({"id": "f", "type": "Test Fil"})",
-         "",
+    const auto fill = [](const std::string& attributes) {
+        return Wrap(R"({"id": "f", "type": "Test Fill", "attributes": {)" + attributes + "}}");
+    };
+    const std::string f = R"({"id": "f", "type": "Test Fill"})";
+    const std::string g = R"({"id": "g", "type": "Test Fill"})";
+    const std::string i = R"({"id": "i", "type": "Test Invert"})";
+    const std::string fi = f + "," + R"({"id": "i", "type": "Test Invert"})";
+    const std::string ij = i + "," + R"({"id": "j", "type": "Test Invert"})";
+    const std::string link = R"({"from": "f.image", "to": "i.image"})";
+    // Each bad document with the parts its one-line error must hold after "<file>: ".
+    const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+        {Wrap(R"({"id": "f", "type": "Test Fil"})"),
          {"node 'f'", "unknown node type 'Test Fil'", "close matches: 'Test Fill'"}},
-        {"duplicate id", fill + "," + fill, "", {"node 'f'", "duplicate id"}},
-        {"bad id", R"({"id": "a.b", "type": "Test Fill"})", "", {"nodes[0]", "'a.b'"}},
-        {"unknown attribute",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"colour": 1}})",
-         "",
-         {"node 'f' (Test Fill)", "unknown attribute 'colour'"}},
-        {"wrong kind",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"size": "big"}})",
-         "",
-         {"attribute 'size' (number)", "expected a number"}},
-        {"short colour",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"color": [1, 0]}})",
-         "",
-         {"attribute 'color'", "[r, g, b, opacity]"}},
-        {"out of range",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"size": 100}})",
-         "",
-         {"node 'f' (Test Fill): attribute 'size'", "1", "64"}},
-        {"unknown choice",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"mode": "c"}})",
-         "",
-         {"attribute 'mode'", "'c'", "a, b"}},
-        {"choice index",
-         R"({"id": "f", "type": "Test Fill", "attributes": {"mode": 2}})",
-         "",
-         {"attribute 'mode'", "between 0 and 1"}},
-        {"unknown node in link",
-         fill,
-         R"({"from": "g.image", "to": "f.size"})",
-         {"links[0]", "unknown node id 'g'"}},
-        {"unknown outplug",
-         fill + "," + inv,
-         R"({"from": "f.picture", "to": "i.image"})",
+        {Wrap(f + "," + f), {"node 'f'", "duplicate id"}},
+        {Wrap(R"({"id": "a.b", "type": "Test Fill"})"), {"nodes[0]", "'a.b'"}},
+        {fill(R"("colour": 1)"), {"node 'f' (Test Fill)", "unknown attribute 'colour'"}},
+        {fill(R"("size": "big")"), {"attribute 'size' (number)", "expected a number"}},
+        {fill(R"("color": [1, 0])"), {"attribute 'color'", "[r, g, b, opacity]"}},
+        {fill(R"("size": 100)"), {"node 'f' (Test Fill): attribute 'size'", "1", "64"}},
+        {fill(R"("mode": "c")"), {"attribute 'mode'", "'c'", "a, b"}},
+        {fill(R"("mode": 2)"), {"attribute 'mode'", "between 0 and 1"}},
+        {fill(R"("gradient": 3)"), {"node 'f' (Test Fill): attribute 'gradient'"}},
+        {Wrap(f, R"({"from": "g.image", "to": "f.size"})"), {"links[0]", "unknown node id 'g'"}},
+        {Wrap(fi, R"({"from": "f.picture", "to": "i.image"})"),
          {"links[0]", "no output 'picture'"}},
-        {"unknown inplug",
-         fill + "," + inv,
-         R"({"from": "f.image", "to": "i.img"})",
+        {Wrap(fi, R"({"from": "f.image", "to": "i.img"})"),
          {"links[0]", "no input or attribute 'img'"}},
-        {"type mismatch",
-         fill + "," + R"({"id": "g", "type": "Test Fill"})",
-         R"({"from": "f.image", "to": "g.size"})",
+        {Wrap(f + "," + g, R"({"from": "f.image", "to": "g.size"})"),
          {"links[0]", "plug type mismatch"}},
-        {"second link",
-         fill + "," + inv + "," + R"({"id": "g", "type": "Test Fill"})",
-         R"({"from": "f.image", "to": "i.image"}, {"from": "g.image", "to": "i.image"})",
+        {Wrap(fi + "," + g, link + R"(, {"from": "g.image", "to": "i.image"})"),
          {"links[1]", "'i.image' is linked already"}},
-        {"cycle",
-         inv + "," + inv2,
-         R"({"from": "i.image", "to": "j.image"}, {"from": "j.image", "to": "i.image"})",
+        {Wrap(ij, R"({"from": "i.image", "to": "j.image"}, {"from": "j.image", "to": "i.image"})"),
          {"links[1]", "cycle"}},
-        {"missing image",
-         R"({"id": "p", "type": "Image File", "attributes": {"file": "nope.png"}})",
-         "",
+        {Wrap(R"({"id": "p", "type": "Image File", "attributes": {"file": "nope.png"}})"),
          {"node 'p' (Image File): attribute 'file'", "nope.png", "does not exist"}},
     };
-    for (const BadDocument& bad : cases) {
-        const std::string path = scratch.Write("bad.texture.json", Wrap(bad.nodes, bad.links));
+    for (const auto& [text, expected] : cases) {
+        const std::string path = scratch.Write("bad.texture.json", text);
         Document document;
         std::string error;
-        EXPECT_FALSE(document.Load(path, engine, loader, &error)) << bad.name;
-        EXPECT_EQ(error.rfind(path + ": ", 0), 0u) << bad.name << ": " << error;
-        for (const std::string& part : bad.expected)
-            EXPECT_NE(error.find(part), std::string::npos)
-                << bad.name << ": '" << part << "' not in: " << error;
-        EXPECT_TRUE(engine.GetNodes().empty()) << bad.name << ": a bad document left nodes";
-        EXPECT_EQ(error.find('\n'), std::string::npos) << bad.name;
+        EXPECT_FALSE(document.Load(path, engine, loader, &error)) << text;
+        EXPECT_EQ(error.rfind(path + ": ", 0), 0u) << error;
+        for (const std::string& part : expected)
+            EXPECT_NE(error.find(part), std::string::npos) << "'" << part << "' not in: " << error;
+        EXPECT_TRUE(engine.GetNodes().empty()) << "a bad document left nodes: " << text;
+        EXPECT_EQ(error.find('\n'), std::string::npos) << error;
     }
 }
 

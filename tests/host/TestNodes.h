@@ -180,6 +180,7 @@ public:
         ReleaseImage();
         Publish(static_cast<float>(GetGradient().vertices.size()));
     }
+    GradientNode* GetGradientNode() override { return this; }
 };
 
 /// Records the events of the nodes it listens to.

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -21,8 +20,8 @@
 #include "host/TextureHandle.h"
 #include "hwy/targets.h"
 #include "noisepp/core/Pipeline.h"
-#include "noisepp/utils/PlaneBuilder.h"
 #include "tests/library/PluginLibrary.h"
+#include "tests/support/PlanePixels.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TextureCommand.h"
 
@@ -40,39 +39,25 @@ std::vector<std::string> ExampleDocuments() {
     return paths;
 }
 
-int RoundHalfDown(double v) {
-    const double lower = std::floor(v);
-    return static_cast<int>(v - lower > 0.5 ? std::ceil(v) : lower);
-}
-
-/// The rectangle a Render 2D node samples: its attributes narrowed to float, the range at
-/// least a thousandth.
-struct Plane {
-    explicit Plane(const Node& render) {
+/// The rectangle a Render 2D node samples over its image: its attributes narrowed to float,
+/// the range at least a thousandth. (How the frame sets the image's size and pin is the render
+/// nodes' own test.)
+struct Plane : testsupport::PlaneWindow {
+    Plane(const Node& render, const Image& image) {
         const auto value = [&](const char* name) { return render.FindAttribute(name)->GetValue(); };
         const Point range = value("range").GetPoint();
-        const Frame frame = value("frame").GetFrame();
         lowerX = static_cast<float>(value("start_x").GetNumber());
         lowerY = static_cast<float>(value("start_y").GetNumber());
         z = static_cast<float>(value("start_z").GetNumber());
         upperX = static_cast<float>(lowerX) + std::max(0.001f, static_cast<float>(range.x));
         upperY = static_cast<float>(lowerY) + std::max(0.001f, static_cast<float>(range.y));
         seamless = value("seamless").GetBool();
-        width = RoundHalfDown(frame.sizeX);
-        height = RoundHalfDown(frame.sizeY);
+        width = image.GetSizeX();
+        height = image.GetSizeY();
     }
 
     Colors Build(const noisepp::Module& module) const {
-        Colors colors(static_cast<std::size_t>(width) * height);
-        noisepp::utils::PlaneBuilder builder;
-        builder.setModule(&module);
-        builder.setDestination(colors.data());
-        builder.setSize(width, height);
-        builder.setBounds(lowerX, lowerY, upperX, upperY);
-        builder.setZValue(z);
-        builder.setSeamless(seamless);
-        builder.build();
-        return colors;
+        return testsupport::BuildPlane(module, *this);
     }
 
     /// One point at a time through getValue, at the points the builder's line jobs visit (x
@@ -90,10 +75,6 @@ struct Plane {
         }
         return colors;
     }
-
-    double lowerX, lowerY, upperX, upperY, z;
-    bool seamless;
-    int width, height;
 };
 
 /// Counts pixels (`channels` floats each) that differ in any bit from `expected` and reports
@@ -139,11 +120,7 @@ TEST_P(ExampleConformanceTest, RendersCleanlyAndAPlaneRenderEqualsThePlaneBuilde
     ASSERT_TRUE(mEngine.EvaluateNode(render)) << render->GetStateMessage();
     const Image* image = mEngine.GetOutputValue(render, 0).GetImage();
     ASSERT_NE(image, nullptr);
-    const Plane plane(*render);
-    ASSERT_EQ(image->GetSizeX(), plane.width);
-    ASSERT_EQ(image->GetSizeY(), plane.height);
-    EXPECT_EQ(image->GetPinX(),
-              RoundHalfDown(render->FindAttribute("frame")->GetValue().GetFrame().positionX));
+    const Plane plane(*render, *image);
 
     const Engine::Link* link = mEngine.FindLinkTo(render, render->GetInplugIdFromRegularInputId(0));
     ASSERT_NE(link, nullptr) << "the render node has no texture";

@@ -17,6 +17,7 @@
 #include "nodes/ImageRender2DTextureNode.h"
 #include "nodes/ImageRender3DTextureNode.h"
 #include "nodes/Render3DSelfTest.h"
+#include "nodes/Texture3DRenderUVPixel.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/NodeTestSupport.h"
@@ -319,6 +320,26 @@ TEST_F(Render3DNodeTest, KeepsItsSceneUntilTheSizeTheMeshOrTheModelsChange) {
     }
     Engine::Get()->SendEvent(99);
     EXPECT_FALSE(graph.engine.IsDirty(graph.render)) << "other events are ignored";
+}
+
+// The quad above lies unplaced; a sub-mesh of a model file may be turned and moved, and each
+// vertex goes through its placement (three columns, then the move) before the weights blend.
+TEST(Texture3DRenderUVPixelTest, BlendsTheVerticesWhereTheirPlacementPutsThem) {
+    ProbeModule probe;
+    noisepp::Pipeline3D pipeline;
+    Texture3DRenderUVPixel pixel(&pipeline, pipeline.getElement(probe.addToPipeline(&pipeline)),
+                                 nullptr, nullptr, nullptr, {});
+    pixel.Prepare();
+    SceneMesh mesh;
+    mesh.vertices = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    mesh.triangles = {{0, 1, 2}};
+    // x goes to (0, 2, 0), y to (-3, 0, 0) and z to (0, 0, 4), then all move by (10, 20, 30).
+    const double placement[12] = {0, 2, 0, -3, 0, 0, 0, 0, 4, 10, 20, 30};
+    const float weights[3] = {0.5f, 0.25f, 0.25f};
+    std::array<float, 4> shaded{};
+    pixel.ShadePixel(0, 0, mesh, placement, 0, weights, shaded.data());
+    // 0.5 (10, 22, 30) + 0.25 (7, 20, 30) + 0.25 (10, 20, 34)
+    EXPECT_EQ(shaded, (std::array<float, 4>{9.25f, 21.0f, 31.0f, 1.0f}));
 }
 
 TEST_F(Render3DNodeTest, RendersTheSameBitsOnOneThreadAndOnSeveral) {

@@ -128,6 +128,7 @@ public:
     NodeType GetNodeType() const override { return {99, 2, 3}; }
     std::string GetTypeName() const override { return "Probe Gradient"; }
     void Evaluate(unsigned, Value**) override {}
+    GradientNode* GetGradientNode() override { return this; }
 };
 
 }  // namespace uitest

@@ -1,10 +1,12 @@
-// A test-only plug-in: "Test Fill" (a size x size image of one colour) and "Test Invert"
+// A test-only plug-in: "Test Fill" (a size x size image of one colour, with a gradient of its
+// own that documents keep) and "Test Invert"
 // (1 - rgb of its input image), exported through the three plug-in functions.
 
 #include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "host/GradientNode.h"
 #include "host/Image.h"
 #include "host/LibraryInterface.h"
 #include "host/Log.h"
@@ -37,7 +39,7 @@ private:
     Image* mImage = nullptr;
 };
 
-class TestFillNode : public ImageOutputNode {
+class TestFillNode : public ImageOutputNode, public GradientNode {
 public:
     TestFillNode() {
         mAttributes.push_back(std::make_unique<Attribute>(this, 0, "color", Rgbo{1, 0, 0, 1}));
@@ -52,6 +54,7 @@ public:
     bool HandleStoredAttribute(const std::string& name, const std::string&) override {
         return name == "legacy";
     }
+    GradientNode* GetGradientNode() override { return this; }
     void Evaluate(unsigned, Value** inputs) override {
         Publish(nullptr);
         if (!IsEvaluationEnabled())
