@@ -75,19 +75,29 @@ struct ImageStreamWriter::State {
         return true;
     }
 
-    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
-    void Encode(const float* rgbo, unsigned char* out) const {
-        const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
-        for (int c = 0; c < channels; ++c) {
-            if (floats) {
-                std::memcpy(out + c * sizeof(float), &rgbo[c], sizeof(float));
-                continue;
+    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files:
+    // the level is the float product rounded half away from zero, which for these non-negative
+    // values is the double sum with one half truncated (exact, and far cheaper than lround).
+    void Encode(const float* rgbo, int pixels, unsigned char* out) const {
+        if (floats) {
+            const std::size_t bytes = sizeof(float) * channels;
+            for (int p = 0; p < pixels; ++p, rgbo += 4, out += bytes)
+                std::memcpy(out, rgbo, bytes);
+            return;
+        }
+        const bool wide = dataType == OIIO::TypeDesc::UINT16;
+        const float scale = wide ? 65535.0f : 255.0f;
+        for (int p = 0; p < pixels; ++p, rgbo += 4) {
+            for (int c = 0; c < channels; ++c) {
+                const float scaled = Clamp01(rgbo[c]) * scale;
+                const auto level = static_cast<std::uint16_t>(static_cast<double>(scaled) + 0.5);
+                if (wide) {
+                    std::memcpy(out, &level, sizeof level);
+                    out += sizeof level;
+                } else {
+                    *out++ = static_cast<std::uint8_t>(level);
+                }
             }
-            const auto level = static_cast<std::uint16_t>(std::lround(Clamp01(rgbo[c]) * scale));
-            if (dataType == OIIO::TypeDesc::UINT8)
-                out[c] = static_cast<std::uint8_t>(level);
-            else
-                std::memcpy(out + c * sizeof level, &level, sizeof level);
         }
     }
 };
@@ -139,8 +149,10 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     OIIO::ImageSpec spec(width, height, state->channels, stored);
     if (!state->floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
-    if (format == "png")
+    if (format == "png") {
         spec.attribute("png:compressionLevel", options.zipLevel);
+        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
+    }
     state->tiled = options.tiled;
     if (options.tiled) {
         spec.tile_width = spec.tile_height = options.tileSide;
@@ -188,10 +200,46 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
     std::unique_ptr<Image, void (*)(Image*)> converted(nullptr, [](Image* i) { i->Release(); });
     if (pixels.GetColorMode() != Image::kFloatRgbo)
         converted.reset(new Image(pixels, Image::kFloatRgbo));
-    const float* source = (converted ? *converted : pixels).GetConstArray();
+    return WritePixels(rect, (converted ? *converted : pixels).GetConstArray(), error);
+}
 
+bool ImageStreamWriter::WriteRows(const PixelRect& place, const Image& window, int top, int bottom,
+                                  std::string* error) {
+    State& s = *mState;
+    if (window.GetSizeX() != place.width || window.GetSizeY() != place.height ||
+        window.GetColorMode() != Image::kFloatRgbo)
+        return Fail(error, s.where + "rows must come from a float image of " +
+                               std::to_string(place.width) + " x " + std::to_string(place.height) +
+                               " pixels");
+    if (top < 0 || bottom > place.height || top >= bottom)
+        return Fail(error, s.where + "rows [" + std::to_string(top) + ", " +
+                               std::to_string(bottom) + ") are not rows of the " +
+                               std::to_string(place.height) + "-row window");
+    const PixelRect rect{place.x, place.y + top, place.width, bottom - top};
+    if (!s.output)
+        return Fail(error, s.where + "the file is already closed");
+    if (rect.x < 0 || rect.y < 0 || rect.Right() > s.width || rect.Bottom() > s.height)
+        return Fail(error, s.where + "the window is not inside the " + std::to_string(s.width) +
+                               " x " + std::to_string(s.height) + " image");
+    // The band's rows lie together in the window, its lowest row (image rows count from the
+    // bottom) first.
+    const float* source =
+        window.GetConstArray() + static_cast<std::size_t>(place.height - bottom) * place.width * 4;
+    return WritePixels(rect, source, error);
+}
+
+bool ImageStreamWriter::WritePixels(const PixelRect& rect, const float* source,
+                                    std::string* error) {
+    State& s = *mState;
+    const std::string region = "pixels [" + std::to_string(rect.x) + ", " +
+                               std::to_string(rect.Right()) + ") x [" + std::to_string(rect.y) +
+                               ", " + std::to_string(rect.Bottom()) + ")";
     if (s.tiled && s.IsFreshWholeTiles(rect))
         return WriteWholeTiles(rect, source, error);
+    if (!s.tiled && rect.x == 0 && rect.width == s.width && rect.y == s.nextRow &&
+        std::none_of(s.pending.begin(), s.pending.end(),
+                     [&](const auto& row) { return row.first < rect.Bottom(); }))
+        return WriteNextRows(rect, source, error);
     const std::size_t pixelBytes = s.PixelBytes();
     for (int blockY = rect.y / s.blockHeight; blockY * s.blockHeight < rect.Bottom(); ++blockY) {
         for (int blockX = rect.x / s.blockWidth; blockX * s.blockWidth < rect.Right(); ++blockX) {
@@ -215,7 +263,7 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
                     if (waiting.given[i])
                         return Fail(error, overlap);
                     waiting.given[i] = true;
-                    s.Encode(in, waiting.bytes.data() + i * pixelBytes);
+                    s.Encode(in, 1, waiting.bytes.data() + i * pixelBytes);
                 }
             }
             waiting.count += static_cast<std::int64_t>(x1 - x0) * (y1 - y0);
@@ -239,9 +287,8 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
         unsigned char* out = bytes.data();
         for (int y = top; y < bottom; ++y) {
             const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
-            const float* in = source + static_cast<std::size_t>(imageRow) * rect.width * 4;
-            for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
-                s.Encode(in, out);
+            s.Encode(source + static_cast<std::size_t>(imageRow) * rect.width * 4, rect.width, out);
+            out += static_cast<std::size_t>(rect.width) * pixelBytes;
         }
         if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
                                    bytes.data()))
@@ -262,8 +309,32 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
         s.written[index] = true;
         return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     }
-    // Rows go out in order: this row and the complete rows after it once the rows above are in,
-    // all in one call, so that the library compresses their chunks side by side.
+    return WriteCompleteRows(error);
+}
+
+bool ImageStreamWriter::WriteNextRows(const PixelRect& rect, const float* source,
+                                      std::string* error) {
+    State& s = *mState;
+    // Whole rows in file order go to the library in one call, encoded straight from the source:
+    // the library compresses their chunks side by side where the format allows.
+    const std::size_t rowBytes = static_cast<std::size_t>(s.width) * s.PixelBytes();
+    std::vector<unsigned char> bytes(rowBytes * rect.height);
+    for (int y = 0; y < rect.height; ++y) {
+        const int imageRow = rect.height - 1 - y;  // image rows count from the bottom
+        s.Encode(source + static_cast<std::size_t>(imageRow) * s.width * 4, s.width,
+                 bytes.data() + y * rowBytes);
+    }
+    if (!s.output->write_scanlines(rect.y, rect.Bottom(), 0, s.dataType, bytes.data()))
+        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+    std::fill(s.written.begin() + rect.y, s.written.begin() + rect.Bottom(), true);
+    s.nextRow = rect.Bottom();
+    return WriteCompleteRows(error);
+}
+
+bool ImageStreamWriter::WriteCompleteRows(std::string* error) {
+    State& s = *mState;
+    // Rows go out in order: the complete rows from the first row not in the file yet, all in
+    // one call, so that the library compresses their chunks side by side.
     std::vector<unsigned char> run;
     const int first = s.nextRow;
     for (auto next = s.pending.find(s.nextRow);
