@@ -23,12 +23,19 @@ bool RenderToFile::Render(Node& node, const std::string& path, int bits, std::st
 }
 
 void RenderToFile::Evaluate(Node& node, StreamedImageFile& file) const {
+    EvaluateSources(node);
     const RenderOptions saved = mEngine.GetRenderOptions();
     RenderOptions streaming = saved;
     streaming.rowFinished = [&file](const Image& image, int row) { file.RowFinished(image, row); };
     mEngine.SetRenderOptions(streaming);
     mEngine.EvaluateNode(&node);
     mEngine.SetRenderOptions(saved);
+}
+
+void RenderToFile::EvaluateSources(Node& node) const {
+    for (const Node::Inplug& inplug : node.GetInplugs())
+        if (const Engine::Link* link = mEngine.FindLinkTo(&node, inplug.id))
+            mEngine.EvaluateNode(link->from);
 }
 
 bool RenderToFile::Finish(const Node& node, StreamedImageFile& file, std::string* error) const {

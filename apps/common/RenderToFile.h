@@ -25,6 +25,9 @@ public:
     /// Evaluates `node`, handing the rows of the image it renders to `file` as they are
     /// finished, for callers that decide after the evaluation whether to keep the file.
     void Evaluate(Node& node, StreamedImageFile& file) const;
+    /// Evaluates the nodes `node` reads from, so that a row hook set afterwards
+    /// (RenderOptions::rowFinished) hears only the rows of `node`'s own image.
+    void EvaluateSources(Node& node) const;
     /// Completes `file` with the image of the node's last evaluation, failing as Write does.
     bool Finish(const Node& node, StreamedImageFile& file, std::string* error) const;
     /// Writes the image of the node's last evaluation by the file's extension (PNG and TIFF at

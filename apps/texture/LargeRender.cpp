@@ -172,6 +172,9 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
             options.height = r.height;
             options.window = {region.x + piece.x, region.y + piece.y, region.x + piece.Right(),
                               region.y + piece.Bottom()};
+            options.rowFinished = {};
+            mEngine.SetRenderOptions(options);
+            RenderToFile(mEngine).EvaluateSources(node);
             options.rowFinished = [&bands](const Image& window, int row) {
                 bands.RowFinished(window, row);
             };
