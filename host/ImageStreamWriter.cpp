@@ -1,8 +1,12 @@
 #include "host/ImageStreamWriter.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -10,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/AtomicFile.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
 
@@ -29,6 +34,55 @@ std::int64_t Area(const PixelRect& rect) {
     return static_cast<std::int64_t>(rect.width) * rect.height;
 }
 
+// The file as the image library sees it, written through checked system calls: the library
+// does not notice a failed write (a full disk, a file-size limit) and would go on to close a
+// truncated file as if it were whole, so the first failure is kept for Write and Close.
+class CheckedFile final : public OIIO::Filesystem::IOProxy {
+public:
+    explicit CheckedFile(const std::string& path) : IOProxy(path, Write) {
+        mDescriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        if (mDescriptor < 0)
+            mError = errno;
+    }
+    ~CheckedFile() override { close(); }
+    CheckedFile(const CheckedFile&) = delete;
+    CheckedFile& operator=(const CheckedFile&) = delete;
+
+    const char* proxytype() const override { return "checked file"; }
+    void close() override {
+        if (mDescriptor >= 0 && ::close(mDescriptor) != 0 && mError == 0)
+            mError = errno;
+        mDescriptor = -1;
+        m_mode = Closed;
+    }
+    size_t write(const void* bytes, size_t size) override {
+        const size_t written = pwrite(bytes, size, m_pos);
+        m_pos += static_cast<std::int64_t>(written);
+        return written;
+    }
+    size_t pwrite(const void* bytes, size_t size, std::int64_t offset) override {
+        size_t done = 0;
+        while (done < size && mError == 0) {
+            const ssize_t count = ::pwrite(mDescriptor, static_cast<const char*>(bytes) + done,
+                                           size - done, offset + static_cast<std::int64_t>(done));
+            if (count < 0 && errno != EINTR)
+                mError = errno;
+            else if (count > 0)
+                done += static_cast<size_t>(count);
+        }
+        mSize = std::max(mSize, offset + static_cast<std::int64_t>(done));
+        return done;
+    }
+    size_t size() const override { return static_cast<size_t>(mSize); }
+    /// The system error number of the first failure, 0 while there is none.
+    int Error() const { return mError; }
+
+private:
+    int mDescriptor = -1;
+    int mError = 0;
+    std::int64_t mSize = 0;
+};
+
 }  // namespace
 
 // A block is the unit the file takes at once: a file tile, or a row of a scanline file.
@@ -39,7 +93,9 @@ struct ImageStreamWriter::State {
         std::int64_t count = 0;            // of pixels given
     };
 
+    std::unique_ptr<CheckedFile> file;  // null for formats the library writes itself
     std::unique_ptr<OIIO::ImageOutput> output;
+    std::string named;  // the file as messages name it
     std::string where;  // the start of every error message
     int width = 0;
     int height = 0;
@@ -53,6 +109,13 @@ struct ImageStreamWriter::State {
     std::vector<bool> written;
     std::unordered_map<int, Pending> pending;
     int nextRow = 0;  // scanline files: the first row not in the file yet
+
+    // Why the library failed: the file's own failure first, which the library words vaguely.
+    std::string LibraryFailure() const {
+        if (file && file->Error() != 0)
+            return AtomicFile::Describe(named, file->Error());
+        return where + ImageLibraryError(output->geterror());
+    }
 
     std::size_t PixelBytes() const { return dataType.size() * static_cast<std::size_t>(channels); }
 
@@ -166,6 +229,13 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     state->blocksAcross = (width + state->blockWidth - 1) / state->blockWidth;
     const int blocksDown = (height + state->blockHeight - 1) / state->blockHeight;
     state->written.assign(static_cast<std::size_t>(state->blocksAcross) * blocksDown, false);
+    if (state->output->supports("ioproxy")) {
+        state->file = std::make_unique<CheckedFile>(path);
+        if (state->file->Error() != 0)
+            return refuse(std::strerror(state->file->Error()));
+        state->output->set_ioproxy(state->file.get());
+    }
+    state->named = named;
     if (!state->output->open(path, spec))
         return refuse(ImageLibraryError(state->output->geterror()));
     return std::unique_ptr<ImageStreamWriter>(new ImageStreamWriter(std::move(state)));
@@ -234,6 +304,8 @@ bool ImageStreamWriter::WritePixels(const PixelRect& rect, const float* source,
     const std::string region = "pixels [" + std::to_string(rect.x) + ", " +
                                std::to_string(rect.Right()) + ") x [" + std::to_string(rect.y) +
                                ", " + std::to_string(rect.Bottom()) + ")";
+    if (s.file && s.file->Error() != 0)
+        return Fail(error, AtomicFile::Describe(s.named, s.file->Error()));
     if (s.tiled && s.IsFreshWholeTiles(rect))
         return WriteWholeTiles(rect, source, error);
     if (!s.tiled && rect.x == 0 && rect.width == s.width && rect.y == s.nextRow &&
@@ -292,7 +364,7 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
         }
         if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
                                    bytes.data()))
-            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+            return Fail(error, s.LibraryFailure());
         for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
             s.written[top / s.blockHeight * s.blocksAcross + x] = true;
     }
@@ -307,7 +379,7 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
                                               s.dataType, s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
-        return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        return ok || Fail(error, s.LibraryFailure());
     }
     return WriteCompleteRows(error);
 }
@@ -325,7 +397,7 @@ bool ImageStreamWriter::WriteNextRows(const PixelRect& rect, const float* source
                  bytes.data() + y * rowBytes);
     }
     if (!s.output->write_scanlines(rect.y, rect.Bottom(), 0, s.dataType, bytes.data()))
-        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        return Fail(error, s.LibraryFailure());
     std::fill(s.written.begin() + rect.y, s.written.begin() + rect.Bottom(), true);
     s.nextRow = rect.Bottom();
     return WriteCompleteRows(error);
@@ -346,7 +418,7 @@ bool ImageStreamWriter::WriteCompleteRows(std::string* error) {
     }
     if (s.nextRow > first &&
         !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
-        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        return Fail(error, s.LibraryFailure());
     return true;
 }
 
@@ -356,6 +428,13 @@ bool ImageStreamWriter::Close(std::string* error) {
         return Fail(error, s.where + "the file is already closed");
     const auto missing = std::count(s.written.begin(), s.written.end(), false);
     const bool closed = s.output->close();
+    if (s.file) {
+        s.file->close();
+        if (s.file->Error() != 0) {
+            s.output.reset();
+            return Fail(error, AtomicFile::Describe(s.named, s.file->Error()));
+        }
+    }
     const std::string reason = closed ? std::string() : ImageLibraryError(s.output->geterror());
     s.output.reset();
     if (missing > 0)
