@@ -37,11 +37,11 @@ Image::Image(int sizeX, int sizeY, unsigned colorMode, const float* data)
     : mSizeX(sizeX), mSizeY(sizeY), mColorMode(colorMode) {
     const std::size_t values = pixelCount(sizeX, sizeY) * 4;
     if (colorMode == kFloatRgbo) {
-        mFloats.assign(values, 0.0f);
+        mFloats.resize(values);  // zero from the allocator
         if (data != nullptr)
             std::copy(data, data + values, mFloats.begin());
     } else if (colorMode == kByteRgbo) {
-        mBytes.assign(values, 0);
+        mBytes.resize(values);
         // In byte mode `data` points at the bytes, whatever its declared type.
         if (data != nullptr)
             std::memcpy(mBytes.data(), data, values);

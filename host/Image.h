@@ -2,7 +2,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/HostTypes.h"
@@ -76,14 +79,41 @@ public:
 private:
     ~Image() = default;
 
+    /// Takes the pixels zeroed from the system (calloc), which hands large blocks out as
+    /// untouched zero pages, and leaves new elements as they are: the pages of a large image
+    /// are then first touched by the render threads that fill them, in parallel, instead of
+    /// being cleared on one thread before the render.
+    template <typename T>
+    struct ZeroedAllocator {
+        using value_type = T;
+        ZeroedAllocator() = default;
+        template <typename U>
+        ZeroedAllocator(const ZeroedAllocator<U>&) {}
+        T* allocate(std::size_t count) {
+            if (void* memory = std::calloc(count, sizeof(T)))
+                return static_cast<T*>(memory);
+            throw std::bad_alloc();
+        }
+        void deallocate(T* memory, std::size_t) { std::free(memory); }
+        template <typename U>
+        void construct(U* at) {
+            ::new (static_cast<void*>(at)) U;
+        }
+        template <typename U, typename... Args>
+        void construct(U* at, Args&&... args) {
+            ::new (static_cast<void*>(at)) U(std::forward<Args>(args)...);
+        }
+        bool operator==(const ZeroedAllocator&) const { return true; }
+    };
+
     std::atomic<std::int32_t> mRefCount{0};
     int mSizeX;
     int mSizeY;
     unsigned mColorMode;
     int mPinX = 0;
     int mPinY = 0;
-    std::vector<float> mFloats;
-    std::vector<std::uint8_t> mBytes;
+    std::vector<float, ZeroedAllocator<float>> mFloats;
+    std::vector<std::uint8_t, ZeroedAllocator<std::uint8_t>> mBytes;
 };
 
 /// Reads colours out of an image as a one-dimensional gradient along its bottom row.

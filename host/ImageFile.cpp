@@ -136,8 +136,10 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
     OIIO::ImageSpec spec(mSizeX, mSizeY, channels, type);
     if (!floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
-    if (format == "png")
+    if (format == "png") {
         spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
+        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
+    }
 
     // Top row first; integer formats clamped to 0...1 and rounded to the nearest level.
     const Image* source = this;

@@ -1,8 +1,12 @@
 #include "host/ImageStreamWriter.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -10,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/AtomicFile.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
 
@@ -29,6 +34,55 @@ std::int64_t Area(const PixelRect& rect) {
     return static_cast<std::int64_t>(rect.width) * rect.height;
 }
 
+// The file as the image library sees it, written through checked system calls: the library
+// does not notice a failed write (a full disk, a file-size limit) and would go on to close a
+// truncated file as if it were whole, so the first failure is kept for Write and Close.
+class CheckedFile final : public OIIO::Filesystem::IOProxy {
+public:
+    explicit CheckedFile(const std::string& path) : IOProxy(path, Write) {
+        mDescriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        if (mDescriptor < 0)
+            mError = errno;
+    }
+    ~CheckedFile() override { close(); }
+    CheckedFile(const CheckedFile&) = delete;
+    CheckedFile& operator=(const CheckedFile&) = delete;
+
+    const char* proxytype() const override { return "checked file"; }
+    void close() override {
+        if (mDescriptor >= 0 && ::close(mDescriptor) != 0 && mError == 0)
+            mError = errno;
+        mDescriptor = -1;
+        m_mode = Closed;
+    }
+    size_t write(const void* bytes, size_t size) override {
+        const size_t written = pwrite(bytes, size, m_pos);
+        m_pos += static_cast<std::int64_t>(written);
+        return written;
+    }
+    size_t pwrite(const void* bytes, size_t size, std::int64_t offset) override {
+        size_t done = 0;
+        while (done < size && mError == 0) {
+            const ssize_t count = ::pwrite(mDescriptor, static_cast<const char*>(bytes) + done,
+                                           size - done, offset + static_cast<std::int64_t>(done));
+            if (count < 0 && errno != EINTR)
+                mError = errno;
+            else if (count > 0)
+                done += static_cast<size_t>(count);
+        }
+        mSize = std::max(mSize, offset + static_cast<std::int64_t>(done));
+        return done;
+    }
+    size_t size() const override { return static_cast<size_t>(mSize); }
+    /// The system error number of the first failure, 0 while there is none.
+    int Error() const { return mError; }
+
+private:
+    int mDescriptor = -1;
+    int mError = 0;
+    std::int64_t mSize = 0;
+};
+
 }  // namespace
 
 // A block is the unit the file takes at once: a file tile, or a row of a scanline file.
@@ -39,7 +93,9 @@ struct ImageStreamWriter::State {
         std::int64_t count = 0;            // of pixels given
     };
 
+    std::unique_ptr<CheckedFile> file;  // null for formats the library writes itself
     std::unique_ptr<OIIO::ImageOutput> output;
+    std::string named;  // the file as messages name it
     std::string where;  // the start of every error message
     int width = 0;
     int height = 0;
@@ -53,6 +109,13 @@ struct ImageStreamWriter::State {
     std::vector<bool> written;
     std::unordered_map<int, Pending> pending;
     int nextRow = 0;  // scanline files: the first row not in the file yet
+
+    // Why the library failed: the file's own failure first, which the library words vaguely.
+    std::string LibraryFailure() const {
+        if (file && file->Error() != 0)
+            return AtomicFile::Describe(named, file->Error());
+        return where + ImageLibraryError(output->geterror());
+    }
 
     std::size_t PixelBytes() const { return dataType.size() * static_cast<std::size_t>(channels); }
 
@@ -75,19 +138,29 @@ struct ImageStreamWriter::State {
         return true;
     }
 
-    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
-    void Encode(const float* rgbo, unsigned char* out) const {
-        const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
-        for (int c = 0; c < channels; ++c) {
-            if (floats) {
-                std::memcpy(out + c * sizeof(float), &rgbo[c], sizeof(float));
-                continue;
+    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files:
+    // the level is the float product rounded half away from zero, which for these non-negative
+    // values is the double sum with one half truncated (exact, and far cheaper than lround).
+    void Encode(const float* rgbo, int pixels, unsigned char* out) const {
+        if (floats) {
+            const std::size_t bytes = sizeof(float) * channels;
+            for (int p = 0; p < pixels; ++p, rgbo += 4, out += bytes)
+                std::memcpy(out, rgbo, bytes);
+            return;
+        }
+        const bool wide = dataType == OIIO::TypeDesc::UINT16;
+        const float scale = wide ? 65535.0f : 255.0f;
+        for (int p = 0; p < pixels; ++p, rgbo += 4) {
+            for (int c = 0; c < channels; ++c) {
+                const float scaled = Clamp01(rgbo[c]) * scale;
+                const auto level = static_cast<std::uint16_t>(static_cast<double>(scaled) + 0.5);
+                if (wide) {
+                    std::memcpy(out, &level, sizeof level);
+                    out += sizeof level;
+                } else {
+                    *out++ = static_cast<std::uint8_t>(level);
+                }
             }
-            const auto level = static_cast<std::uint16_t>(std::lround(Clamp01(rgbo[c]) * scale));
-            if (dataType == OIIO::TypeDesc::UINT8)
-                out[c] = static_cast<std::uint8_t>(level);
-            else
-                std::memcpy(out + c * sizeof level, &level, sizeof level);
         }
     }
 };
@@ -139,8 +212,10 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     OIIO::ImageSpec spec(width, height, state->channels, stored);
     if (!state->floats)
         spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
-    if (format == "png")
+    if (format == "png") {
         spec.attribute("png:compressionLevel", options.zipLevel);
+        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
+    }
     state->tiled = options.tiled;
     if (options.tiled) {
         spec.tile_width = spec.tile_height = options.tileSide;
@@ -154,6 +229,13 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     state->blocksAcross = (width + state->blockWidth - 1) / state->blockWidth;
     const int blocksDown = (height + state->blockHeight - 1) / state->blockHeight;
     state->written.assign(static_cast<std::size_t>(state->blocksAcross) * blocksDown, false);
+    if (state->output->supports("ioproxy")) {
+        state->file = std::make_unique<CheckedFile>(path);
+        if (state->file->Error() != 0)
+            return refuse(std::strerror(state->file->Error()));
+        state->output->set_ioproxy(state->file.get());
+    }
+    state->named = named;
     if (!state->output->open(path, spec))
         return refuse(ImageLibraryError(state->output->geterror()));
     return std::unique_ptr<ImageStreamWriter>(new ImageStreamWriter(std::move(state)));
@@ -188,10 +270,48 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
     std::unique_ptr<Image, void (*)(Image*)> converted(nullptr, [](Image* i) { i->Release(); });
     if (pixels.GetColorMode() != Image::kFloatRgbo)
         converted.reset(new Image(pixels, Image::kFloatRgbo));
-    const float* source = (converted ? *converted : pixels).GetConstArray();
+    return WritePixels(rect, (converted ? *converted : pixels).GetConstArray(), error);
+}
 
+bool ImageStreamWriter::WriteRows(const PixelRect& place, const Image& window, int top, int bottom,
+                                  std::string* error) {
+    State& s = *mState;
+    if (window.GetSizeX() != place.width || window.GetSizeY() != place.height ||
+        window.GetColorMode() != Image::kFloatRgbo)
+        return Fail(error, s.where + "rows must come from a float image of " +
+                               std::to_string(place.width) + " x " + std::to_string(place.height) +
+                               " pixels");
+    if (top < 0 || bottom > place.height || top >= bottom)
+        return Fail(error, s.where + "rows [" + std::to_string(top) + ", " +
+                               std::to_string(bottom) + ") are not rows of the " +
+                               std::to_string(place.height) + "-row window");
+    const PixelRect rect{place.x, place.y + top, place.width, bottom - top};
+    if (!s.output)
+        return Fail(error, s.where + "the file is already closed");
+    if (rect.x < 0 || rect.y < 0 || rect.Right() > s.width || rect.Bottom() > s.height)
+        return Fail(error, s.where + "the window is not inside the " + std::to_string(s.width) +
+                               " x " + std::to_string(s.height) + " image");
+    // The band's rows lie together in the window, its lowest row (image rows count from the
+    // bottom) first.
+    const float* source =
+        window.GetConstArray() + static_cast<std::size_t>(place.height - bottom) * place.width * 4;
+    return WritePixels(rect, source, error);
+}
+
+bool ImageStreamWriter::WritePixels(const PixelRect& rect, const float* source,
+                                    std::string* error) {
+    State& s = *mState;
+    const std::string region = "pixels [" + std::to_string(rect.x) + ", " +
+                               std::to_string(rect.Right()) + ") x [" + std::to_string(rect.y) +
+                               ", " + std::to_string(rect.Bottom()) + ")";
+    if (s.file && s.file->Error() != 0)
+        return Fail(error, AtomicFile::Describe(s.named, s.file->Error()));
     if (s.tiled && s.IsFreshWholeTiles(rect))
         return WriteWholeTiles(rect, source, error);
+    if (!s.tiled && rect.x == 0 && rect.width == s.width && rect.y == s.nextRow &&
+        std::none_of(s.pending.begin(), s.pending.end(),
+                     [&](const auto& row) { return row.first < rect.Bottom(); }))
+        return WriteNextRows(rect, source, error);
     const std::size_t pixelBytes = s.PixelBytes();
     for (int blockY = rect.y / s.blockHeight; blockY * s.blockHeight < rect.Bottom(); ++blockY) {
         for (int blockX = rect.x / s.blockWidth; blockX * s.blockWidth < rect.Right(); ++blockX) {
@@ -215,7 +335,7 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
                     if (waiting.given[i])
                         return Fail(error, overlap);
                     waiting.given[i] = true;
-                    s.Encode(in, waiting.bytes.data() + i * pixelBytes);
+                    s.Encode(in, 1, waiting.bytes.data() + i * pixelBytes);
                 }
             }
             waiting.count += static_cast<std::int64_t>(x1 - x0) * (y1 - y0);
@@ -239,13 +359,12 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
         unsigned char* out = bytes.data();
         for (int y = top; y < bottom; ++y) {
             const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
-            const float* in = source + static_cast<std::size_t>(imageRow) * rect.width * 4;
-            for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
-                s.Encode(in, out);
+            s.Encode(source + static_cast<std::size_t>(imageRow) * rect.width * 4, rect.width, out);
+            out += static_cast<std::size_t>(rect.width) * pixelBytes;
         }
         if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
                                    bytes.data()))
-            return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+            return Fail(error, s.LibraryFailure());
         for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
             s.written[top / s.blockHeight * s.blocksAcross + x] = true;
     }
@@ -260,10 +379,34 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
                                               s.dataType, s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
-        return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        return ok || Fail(error, s.LibraryFailure());
     }
-    // Rows go out in order: this row and the complete rows after it once the rows above are in,
-    // all in one call, so that the library compresses their chunks side by side.
+    return WriteCompleteRows(error);
+}
+
+bool ImageStreamWriter::WriteNextRows(const PixelRect& rect, const float* source,
+                                      std::string* error) {
+    State& s = *mState;
+    // Whole rows in file order go to the library in one call, encoded straight from the source:
+    // the library compresses their chunks side by side where the format allows.
+    const std::size_t rowBytes = static_cast<std::size_t>(s.width) * s.PixelBytes();
+    std::vector<unsigned char> bytes(rowBytes * rect.height);
+    for (int y = 0; y < rect.height; ++y) {
+        const int imageRow = rect.height - 1 - y;  // image rows count from the bottom
+        s.Encode(source + static_cast<std::size_t>(imageRow) * s.width * 4, s.width,
+                 bytes.data() + y * rowBytes);
+    }
+    if (!s.output->write_scanlines(rect.y, rect.Bottom(), 0, s.dataType, bytes.data()))
+        return Fail(error, s.LibraryFailure());
+    std::fill(s.written.begin() + rect.y, s.written.begin() + rect.Bottom(), true);
+    s.nextRow = rect.Bottom();
+    return WriteCompleteRows(error);
+}
+
+bool ImageStreamWriter::WriteCompleteRows(std::string* error) {
+    State& s = *mState;
+    // Rows go out in order: the complete rows from the first row not in the file yet, all in
+    // one call, so that the library compresses their chunks side by side.
     std::vector<unsigned char> run;
     const int first = s.nextRow;
     for (auto next = s.pending.find(s.nextRow);
@@ -275,7 +418,7 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
     }
     if (s.nextRow > first &&
         !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
-        return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
+        return Fail(error, s.LibraryFailure());
     return true;
 }
 
@@ -285,6 +428,13 @@ bool ImageStreamWriter::Close(std::string* error) {
         return Fail(error, s.where + "the file is already closed");
     const auto missing = std::count(s.written.begin(), s.written.end(), false);
     const bool closed = s.output->close();
+    if (s.file) {
+        s.file->close();
+        if (s.file->Error() != 0) {
+            s.output.reset();
+            return Fail(error, AtomicFile::Describe(s.named, s.file->Error()));
+        }
+    }
     const std::string reason = closed ? std::string() : ImageLibraryError(s.output->geterror());
     s.output.reset();
     if (missing > 0)

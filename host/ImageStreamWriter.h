@@ -21,6 +21,10 @@ struct ImageStreamOptions {
     int zipLevel = kFastZipLevel;
 
     static constexpr int kFastZipLevel = 1;
+    /// PNG rows are filtered against the row above ("up") instead of trying every filter on
+    /// every row: about a third less time for 16-bit files and files as small or smaller for
+    /// smooth textures.
+    static constexpr int kPngRowFilter = 32;
 };
 
 /// Writes a width x height picture file from rectangles of pixels handed over as they are
@@ -54,6 +58,12 @@ public:
     /// of the rectangle's size in its own orientation (row 0 at the bottom). Fails for a
     /// rectangle outside the image, a size mismatch, pixels given twice, or a failed write.
     bool Write(const PixelRect& rect, const Image& pixels, std::string* error);
+    /// Takes rows [top, bottom) of `window` (counted from its top), a float image of `place`'s
+    /// size that lands at `place` in the file, read in place rather than copied: a render's
+    /// finished rows go to the file while the rest of the window is still rendering. Fails as
+    /// Write does, and for rows outside the window or an image of another size or colour mode.
+    bool WriteRows(const PixelRect& place, const Image& window, int top, int bottom,
+                   std::string* error);
 
     /// Finishes the file. Fails when pixels are missing or the library cannot complete it.
     bool Close(std::string* error);
@@ -61,7 +71,10 @@ public:
 private:
     struct State;
     explicit ImageStreamWriter(std::unique_ptr<State> state);
+    bool WritePixels(const PixelRect& rect, const float* source, std::string* error);
     bool WriteWholeTiles(const PixelRect& rect, const float* source, std::string* error);
+    bool WriteNextRows(const PixelRect& rect, const float* source, std::string* error);
+    bool WriteCompleteRows(std::string* error);
     bool FinishBlock(int block, std::string* error);
 
     std::unique_ptr<State> mState;

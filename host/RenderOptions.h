@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+
+class Image;
+
 /// Options a host sets for every render a plug-in's render nodes make in its engine. This is
 /// an extension of the SDK: a plug-in written for another host never reads it, and its
 /// defaults give the behaviour such a host expects.
@@ -32,4 +36,9 @@ struct RenderOptions {
     /// The part of that image a Render 2D node renders; its image output is then the window
     /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
     Window window;
+    /// When set, a Render 2D node tells of each row of its image as soon as the row is final,
+    /// on the thread that evaluates the node: the image and the row, counted from its top.
+    /// Rows come in any order, mostly top first; a host writes them to the file while later
+    /// rows render. Nodes that do not report leave the host to take the finished image whole.
+    std::function<void(const Image& image, int rowFromTop)> rowFinished;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <type_traits>
 
@@ -21,6 +22,24 @@ constexpr double kStartStep = static_cast<double>(0.1f);
 
 // Keeps the builder's bounds strictly ordered whatever range the user enters.
 constexpr float kMinimumRange = 0.001f;
+
+// Passes each finished line of the builder on to the host as a row of the image.
+class RowReporter : public noisepp::utils::BuilderCallback {
+public:
+    RowReporter(const Image& image, const RenderOptions& options)
+        : mImage(image), mReport(options.rowFinished) {}
+
+    void progress(int) override {}
+    void lineFinished(const noisepp::TextureColor* row) override {
+        const auto* first = reinterpret_cast<const noisepp::TextureColor*>(mImage.GetConstArray());
+        const auto line = static_cast<int>((row - first) / mImage.GetSizeX());
+        mReport(mImage, mImage.GetSizeY() - 1 - line);  // image rows count from the bottom
+    }
+
+private:
+    const Image& mImage;
+    const std::function<void(const Image&, int)>& mReport;
+};
 
 }  // namespace
 
@@ -109,6 +128,8 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
         builder.setThreadCount(options.threads);
+        if (options.rowFinished && pixels > 0)
+            builder.setCallback(new RowReporter(*image, options));
         builder.build();
     }
     Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());

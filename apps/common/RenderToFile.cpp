@@ -1,5 +1,6 @@
 #include "apps/common/RenderToFile.h"
 
+#include "apps/common/StreamedImageFile.h"
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/Node.h"
@@ -16,16 +17,59 @@ std::string RenderToFile::Describe(const Node& node) const {
 }
 
 bool RenderToFile::Render(Node& node, const std::string& path, int bits, std::string* error) const {
+    StreamedImageFile file(path, bits);
+    Evaluate(node, file);
+    return Finish(node, file, error);
+}
+
+void RenderToFile::Evaluate(Node& node, StreamedImageFile& file) const {
+    EvaluateSources(node);
+    const RenderOptions saved = mEngine.GetRenderOptions();
+    RenderOptions streaming = saved;
+    streaming.rowFinished = [&file](const Image& image, int row) { file.RowFinished(image, row); };
+    mEngine.SetRenderOptions(streaming);
     mEngine.EvaluateNode(&node);
-    return Write(node, path, bits, error);
+    mEngine.SetRenderOptions(saved);
+}
+
+void RenderToFile::EvaluateSources(Node& node) const {
+    for (const Node::Inplug& inplug : node.GetInplugs())
+        if (const Engine::Link* link = mEngine.FindLinkTo(&node, inplug.id))
+            mEngine.EvaluateNode(link->from);
+}
+
+bool RenderToFile::Finish(const Node& node, StreamedImageFile& file, std::string* error) const {
+    const Image* image = ImageOf(node, error);
+    if (image == nullptr)
+        return false;
+    std::string why;
+    if (!file.Finish(*image, &why)) {
+        // The writer's message already names the file.
+        *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
+        return false;
+    }
+    return true;
 }
 
 bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
                          std::string* error) const {
+    const Image* image = ImageOf(node, error);
+    if (image == nullptr)
+        return false;
+    std::string why;
+    if (!image->WriteFile(path, bits, &why)) {
+        // The writer's message already names the file.
+        *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
+        return false;
+    }
+    return true;
+}
+
+const Image* RenderToFile::ImageOf(const Node& node, std::string* error) const {
     const int outplug = FindImageOutplug(node);
     if (outplug < 0) {
         *error = Describe(node) + " has no image output";
-        return false;
+        return nullptr;
     }
     const NodeValue value = mEngine.GetOutputValue(&node, static_cast<unsigned>(outplug));
     const Image* image = value.GetImage();
@@ -35,13 +79,6 @@ bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
             *error += " (disabled)";
         else if (!node.GetStateMessage().empty())
             *error += ": " + node.GetStateMessage();
-        return false;
     }
-    std::string why;
-    if (!image->WriteFile(path, bits, &why)) {
-        // The writer's message already names the file.
-        *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
-        return false;
-    }
-    return true;
+    return image;
 }

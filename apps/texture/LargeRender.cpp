@@ -13,6 +13,7 @@
 
 #include "apps/common/RenderToFile.h"
 #include "host/AtomicFile.h"
+#include "host/BandWriter.h"
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/ImageStreamWriter.h"
@@ -158,6 +159,8 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
         }
         const TilePlan windows =
             TilePlan::Schedule(region.width, region.height, r.tileSize, writer->FileTileSide());
+        // Rows go to the file while the rest of their window renders.
+        BandWriter bands(*writer);
         const RenderOptionsScope restore(mEngine);
         for (int i = 0; i < windows.Count(); ++i) {
             if (terminal)
@@ -169,6 +172,13 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
             options.height = r.height;
             options.window = {region.x + piece.x, region.y + piece.y, region.x + piece.Right(),
                               region.y + piece.Bottom()};
+            options.rowFinished = {};
+            mEngine.SetRenderOptions(options);
+            RenderToFile(mEngine).EvaluateSources(node);
+            options.rowFinished = [&bands](const Image& window, int row) {
+                bands.RowFinished(window, row);
+            };
+            bands.Start(piece);
             mEngine.SetRenderOptions(options);
             mEngine.MarkDirty(&node);  // only the render node: its inputs stay evaluated
             mEngine.EvaluateNode(&node);
@@ -182,7 +192,7 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
                               << node.GetStateMessage() << "\n";
                     return 1;
                 }
-                if (!writer->Write(piece, *value.GetImage(), &error)) {
+                if (!bands.Finish(*value.GetImage(), &error)) {
                     std::cerr << (terminal ? "\r\033[K" : "") << "error: " << error << "\n";
                     return 1;
                 }

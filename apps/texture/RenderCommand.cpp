@@ -8,9 +8,11 @@
 #include <iostream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <set>
 
 #include "apps/common/RenderToFile.h"
+#include "apps/common/StreamedImageFile.h"
 #include "apps/texture/CheckCommand.h"
 #include "apps/texture/OutputName.h"
 #include "apps/texture/Overrides.h"
@@ -212,11 +214,19 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
                 engine.SetEvaluationObserver({});
                 return usageError(error);
             }
-        for (const Planned& image : plan[index])
-            engine.EvaluateNode(image.node);
+        // Each image goes to its file while it renders; the file is kept only if it is written.
+        std::vector<std::unique_ptr<StreamedImageFile>> files;
+        for (const Planned& image : plan[index]) {
+            std::error_code ignored;
+            if (const fs::path folder = fs::path(image.file).parent_path(); !folder.empty())
+                fs::create_directories(folder, ignored);
+            files.push_back(std::make_unique<StreamedImageFile>(image.file, options.bits));
+            renderer.Evaluate(*image.node, *files.back());
+        }
         if (progressShown)
             std::cerr << "\r\033[K";
-        for (const Planned& image : plan[index]) {
+        for (std::size_t at = 0; at < plan[index].size(); ++at) {
+            const Planned& image = plan[index][at];
             std::set<const Node*> seen;
             std::vector<const Node*> failed;
             CollectFailed(engine, image.node, &seen, &failed);
@@ -237,10 +247,7 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
                     continue;
                 }
             }
-            std::error_code ignored;
-            if (const fs::path folder = fs::path(image.file).parent_path(); !folder.empty())
-                fs::create_directories(folder, ignored);
-            if (!renderer.Write(*image.node, image.file, options.bits, &error)) {
+            if (!renderer.Finish(*image.node, *files[at], &error)) {
                 std::cerr << "error: " << error << "\n";
                 exitCode = 1;
                 continue;

@@ -1,6 +1,7 @@
 // texture: the command-line host. Loads the plug-in through its three exports, renders graph
 // documents, lists the node catalogue and checks documents.
 
+#include <OpenImageIO/imageio.h>
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <map>
@@ -197,6 +198,12 @@ int main(int argc, char** argv) {
 
     // Before the plug-in loads, so that no render can start with other options.
     Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));
+    // The image library compresses (EXR chunks, TIFF tiles) on as many threads as the render;
+    // by default it takes every processor, as the render does.
+    if (threads > 0) {
+        OIIO::attribute("threads", threads);
+        OIIO::attribute("exr_threads", threads);
+    }
     if (maxSize > 0)
         Image::SetMaxSize(maxSize, maxSize);
     if (verbose)

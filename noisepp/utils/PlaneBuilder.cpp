@@ -1,6 +1,7 @@
 #include "noisepp/utils/PlaneBuilder.h"
 
 #include <memory>
+#include <vector>
 
 #include "noisepp/core/Exception.h"
 #include "noisepp/utils/ProcessorCount.h"
@@ -48,10 +49,16 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
     BuilderCallback* callback = mCallback.get();
     if (callback != nullptr)
         callback->resetCounter();
+    // Every line's y by the same additions from the bottom, then the jobs top line first: a
+    // caller that writes the image top row first (as files store it) can then follow the
+    // render band by band instead of waiting for the last line.
+    std::vector<double> lineY(static_cast<std::size_t>(y1 - y0));
     double y = mLowerBoundY + yStep * 0.5;
-    for (std::int32_t line = 0; line < y1; ++line, y = y + yStep) {
-        if (line < y0)
-            continue;
+    for (std::int32_t line = 0; line < y1; ++line, y = y + yStep)
+        if (line >= y0)
+            lineY[static_cast<std::size_t>(line - y0)] = y;
+    for (std::int32_t line = y1 - 1; line >= y0; --line) {
+        y = lineY[static_cast<std::size_t>(line - y0)];
         TextureColor* row = mDest + static_cast<std::ptrdiff_t>(windowWidth) * (line - y0);
         if (mSeamless) {
             const double yBlend = 1.0 - (y - mLowerBoundY) / extentY;

@@ -14,7 +14,9 @@ namespace noisepp::utils {
 /// Pixel (i, j) samples the centre of its cell: x = lower x + (i + 1/2) step x, y = lower y +
 /// (j + 1/2) step y, with x and y advanced by repeated addition of their steps. In seamless
 /// mode every pixel blends four samples one extent apart so that the image tiles (see
-/// SeamlessPlaneLineJob). Progress is reported once per line, on the calling thread.
+/// SeamlessPlaneLineJob). Progress is reported once per line, on the calling thread. Lines are
+/// queued from the last (highest y, the top of a picture) down, so they finish roughly in the
+/// order files store them.
 ///
 /// A window renders only part of that image: the size and bounds still describe the whole
 /// image, and every sample of the window is the one the whole image takes there, to the bit,

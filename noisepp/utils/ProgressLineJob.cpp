@@ -9,7 +9,7 @@ ProgressLineJob::ProgressLineJob(const Pipeline3D* pipeline, const PipelineEleme
 
 void ProgressLineJob::finish() {
     if (mCallback != nullptr)
-        mCallback->lineDone();
+        mCallback->lineDone(mDestRow);
 }
 
 }  // namespace noisepp::utils

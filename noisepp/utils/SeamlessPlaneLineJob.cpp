@@ -66,7 +66,7 @@ void SeamlessPlaneLineJob::execute(Cache* cache) {
 
 void SeamlessPlaneLineJob::finish() {
     if (mCallback != nullptr)
-        mCallback->lineDone();
+        mCallback->lineDone(mDestRow);
 }
 
 }  // namespace noisepp::utils

@@ -94,6 +94,7 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
         const std::vector<float> whole =
             BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless);
         options.window = {};
+        options.rowFinished = {};
         graph.engine.SetRenderOptions(options);
         EXPECT_EQ(graph.Pixels(), whole) << "the size replaces the frame's";
         // Windows count rows from the top; images keep row 0 at the bottom.
@@ -101,10 +102,19 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
              {RenderOptions::Window{0, 0, 1, 1}, RenderOptions::Window{5, 3, 30, 20},
               RenderOptions::Window{0, 20, 37, 21}}) {
             options.window = window;
+            // Each row as it was when reported (rows from the top, image rows from the bottom).
+            std::vector<float> reported(std::size_t{4} * window.Width() * window.Height());
+            options.rowFinished = [&](const Image& image, int row) {
+                const std::size_t at =
+                    std::size_t{4} * (window.Height() - 1 - row) * image.GetSizeX();
+                std::copy_n(image.GetConstArray() + at, 4 * image.GetSizeX(),
+                            reported.begin() + at);
+            };
             graph.engine.SetRenderOptions(options);
             graph.engine.MarkDirty(graph.render);
             const std::vector<float> part = graph.Pixels();
             ASSERT_EQ(part.size(), std::size_t{4} * window.Width() * window.Height());
+            EXPECT_EQ(reported, part) << "every row is reported once it is final";
             for (int row = 0; row < window.Height(); ++row) {
                 const int wholeRow = 21 - window.y1 + row;
                 const auto from = whole.begin() + (wholeRow * 37 + window.x0) * 4;
@@ -115,6 +125,7 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
         }
     }
     options.window = {30, 0, 38, 4};
+    options.rowFinished = {};
     graph.engine.SetRenderOptions(options);
     graph.engine.MarkDirty(graph.render);
     EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";

@@ -11,6 +11,7 @@
 
 #include "host/AtomicFile.h"
 #include "host/Image.h"
+#include "host/ImageStreamWriter.h"
 #include "tests/reliability/ReliabilityTestSupport.h"
 
 namespace {
@@ -31,18 +32,26 @@ Image* NoiseImageAndFileSizeLimit() {
 using WriteFaultTest = reliability::FolderTest;
 
 TEST_F(WriteFaultTest, AFailedWriteKeepsTheOldFileRemovesTheTemporaryAndNamesTheCause) {
-    for (const std::string name : {"old.png", "old.jpg", "old.exr", "old.tif", "old.json"}) {
+    for (const std::string name :
+         {"old.png", "old.jpg", "old.exr", "old.tif", "old.json", "streamed.png", "streamed.exr"}) {
         SCOPED_TRACE(name);
         const std::string path = In(name);
         WriteText(path, "old content");
         const auto writeTooMuch = [&] {
             Image* noise = NoiseImageAndFileSizeLimit();
             std::string error;
-            if (name == "old.json")
+            if (name == "old.json") {
                 error = reliability::MessageOf(
                     [&] { AtomicFile::Write(path, std::string(4096, 'x')); });
-            else if (noise->WriteFile(path, 8, &error))
+            } else if (name.starts_with("streamed")) {  // as renders write their files
+                AtomicFile target(path);
+                auto file =
+                    ImageStreamWriter::Open(target.GetTemporaryPath(), 64, 64, {}, &error, path);
+                if (file && file->Write({0, 0, 64, 64}, *noise, &error) && file->Close(&error))
+                    error = "ok";
+            } else if (noise->WriteFile(path, 8, &error)) {
                 error = "ok";
+            }
             noise->AddRef();
             noise->Release();  // so that the leak check of sanitizer builds passes the child
             std::fprintf(stderr, "%s\n", error.c_str());
