@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/FileLayout.h"
 #include "host/HostTypes.h"
 
 /// A reference-counted picture.
@@ -72,9 +73,14 @@ public:
     /// so a failed write leaves an existing file intact and no temporary file. False and
     /// `error` naming the file and the cause ("disk full", "permission denied") on failure.
     bool WriteFile(const std::string& path, int bits, std::string* error) const;
+    /// Writes the image as `layout` asks (bits and channels), otherwise as WriteFile above; a
+    /// layout the format cannot hold is refused before any file is made.
+    bool WriteFile(const std::string& path, const FileLayout& layout, std::string* error) const;
 
 private:
     ~Image() = default;
+    bool WriteFile(const std::string& path, const FileLayout& layout, std::string* error,
+                   bool bitsOfIntegerFormatsOnly) const;
 
     std::atomic<std::int32_t> mRefCount{0};
     int mSizeX;

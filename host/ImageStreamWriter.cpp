@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
 
@@ -20,10 +21,6 @@ bool Fail(std::string* error, const std::string& message) {
         *error = message;
     return false;
 }
-
-float Clamp01(float value) {
-    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
-}  // NaN -> 0
 
 std::int64_t Area(const PixelRect& rect) {
     return static_cast<std::int64_t>(rect.width) * rect.height;
@@ -43,9 +40,7 @@ struct ImageStreamWriter::State {
     std::string where;  // the start of every error message
     int width = 0;
     int height = 0;
-    int channels = 4;
-    bool floats = false;
-    OIIO::TypeDesc dataType;  // what the blocks hold; the library converts floats to halves
+    FileEncoding encoding;
     int blockWidth = 0;
     int blockHeight = 0;
     int blocksAcross = 0;
@@ -54,7 +49,7 @@ struct ImageStreamWriter::State {
     std::unordered_map<int, Pending> pending;
     int nextRow = 0;  // scanline files: the first row not in the file yet
 
-    std::size_t PixelBytes() const { return dataType.size() * static_cast<std::size_t>(channels); }
+    std::size_t PixelBytes() const { return encoding.PixelBytes(); }
 
     PixelRect Block(int index) const {
         const int x = index % blocksAcross * blockWidth;
@@ -73,22 +68,6 @@ struct ImageStreamWriter::State {
                 if (written[y * blocksAcross + x] || pending.count(y * blocksAcross + x) != 0)
                     return false;
         return true;
-    }
-
-    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files.
-    void Encode(const float* rgbo, unsigned char* out) const {
-        const float scale = dataType == OIIO::TypeDesc::UINT16 ? 65535.0f : 255.0f;
-        for (int c = 0; c < channels; ++c) {
-            if (floats) {
-                std::memcpy(out + c * sizeof(float), &rgbo[c], sizeof(float));
-                continue;
-            }
-            const auto level = static_cast<std::uint16_t>(std::lround(Clamp01(rgbo[c]) * scale));
-            if (dataType == OIIO::TypeDesc::UINT8)
-                out[c] = static_cast<std::uint8_t>(level);
-            else
-                std::memcpy(out + c * sizeof level, &level, sizeof level);
-        }
     }
 };
 
@@ -115,11 +94,10 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                                         : "no image format is known for '" + extension + "'");
     }
     const std::string format = state->output->format_name();
-    state->floats = format == "openexr" || format == "hdr";
-    const int bits = options.bits != 0 ? options.bits : state->floats ? 32 : 8;
-    if (state->floats ? bits != 16 && bits != 32 : bits != 8 && bits != 16)
-        return refuse("bits must be " + std::string(state->floats ? "16 or 32" : "8 or 16") +
-                      " for " + format + " files, not " + std::to_string(bits));
+    std::string why;
+    if (!FileEncoding::Resolve(format, state->output->supports("alpha"),
+                               {options.bits, options.channels}, &state->encoding, &why))
+        return refuse(why);
     if (options.tiled && !state->output->supports("tiles"))
         return refuse("the " + format + " format cannot store tiles");
     if (options.zipLevel < 0 || options.zipLevel > 9)
@@ -130,15 +108,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
 
     state->width = width;
     state->height = height;
-    state->channels = state->output->supports("alpha") ? 4 : 3;
-    state->dataType = state->floats ? OIIO::TypeDesc::FLOAT
-                      : bits == 16  ? OIIO::TypeDesc::UINT16
-                                    : OIIO::TypeDesc::UINT8;
-    const OIIO::TypeDesc stored =
-        state->floats && bits == 16 ? OIIO::TypeDesc::HALF : state->dataType;
-    OIIO::ImageSpec spec(width, height, state->channels, stored);
-    if (!state->floats)
-        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    OIIO::ImageSpec spec = state->encoding.Spec(width, height);
     if (format == "png")
         spec.attribute("png:compressionLevel", options.zipLevel);
     state->tiled = options.tiled;
@@ -215,7 +185,7 @@ bool ImageStreamWriter::Write(const PixelRect& rect, const Image& pixels, std::s
                     if (waiting.given[i])
                         return Fail(error, overlap);
                     waiting.given[i] = true;
-                    s.Encode(in, waiting.bytes.data() + i * pixelBytes);
+                    s.encoding.Encode(in, waiting.bytes.data() + i * pixelBytes);
                 }
             }
             waiting.count += static_cast<std::int64_t>(x1 - x0) * (y1 - y0);
@@ -241,9 +211,9 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
             const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
             const float* in = source + static_cast<std::size_t>(imageRow) * rect.width * 4;
             for (int x = 0; x < rect.width; ++x, in += 4, out += pixelBytes)
-                s.Encode(in, out);
+                s.encoding.Encode(in, out);
         }
-        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
+        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.encoding.DataType(),
                                    bytes.data()))
             return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
         for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
@@ -257,7 +227,7 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
     if (s.tiled) {
         const PixelRect block = s.Block(index);
         const bool ok = s.output->write_tiles(block.x, block.Right(), block.y, block.Bottom(), 0, 1,
-                                              s.dataType, s.pending[index].bytes.data());
+                                              s.encoding.DataType(), s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
         return ok || Fail(error, s.where + ImageLibraryError(s.output->geterror()));
@@ -274,7 +244,7 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
         s.written[s.nextRow++] = true;
     }
     if (s.nextRow > first &&
-        !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
+        !s.output->write_scanlines(first, s.nextRow, 0, s.encoding.DataType(), run.data()))
         return Fail(error, s.where + ImageLibraryError(s.output->geterror()));
     return true;
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "host/FileLayout.h"
 #include "host/PixelRect.h"
 
 class Image;
@@ -12,6 +13,8 @@ struct ImageStreamOptions {
     /// Bits per channel: 8 or 16 for integer formats (PNG, TIFF), 16 (half) or 32 for floating-
     /// point ones (OpenEXR); 0 picks 8 for integer formats and 32 for floating-point ones.
     int bits = 0;
+    /// The channels the file stores.
+    FileLayout::Channels channels = FileLayout::Channels::kRgba;
     /// Store the file as tiles of tileSide x tileSide pixels (OpenEXR and TIFF) rather than as
     /// scanlines.
     bool tiled = false;

@@ -15,12 +15,13 @@ std::string RenderToFile::Describe(const Node& node) const {
     return "node '" + mEngine.GetNodeId(&node) + "' (" + node.GetTypeName() + ")";
 }
 
-bool RenderToFile::Render(Node& node, const std::string& path, int bits, std::string* error) const {
+bool RenderToFile::Render(Node& node, const std::string& path, const FileLayout& layout,
+                          std::string* error) const {
     mEngine.EvaluateNode(&node);
-    return Write(node, path, bits, error);
+    return Write(node, path, layout, error);
 }
 
-bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
+bool RenderToFile::Write(const Node& node, const std::string& path, const FileLayout& layout,
                          std::string* error) const {
     const int outplug = FindImageOutplug(node);
     if (outplug < 0) {
@@ -38,7 +39,7 @@ bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
         return false;
     }
     std::string why;
-    if (!image->WriteFile(path, bits, &why)) {
+    if (!image->WriteFile(path, layout, &why)) {
         // The writer's message already names the file.
         *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
         return false;

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/FileLayout.h"
+
 class Engine;
 class Node;
 
@@ -18,12 +20,14 @@ public:
     std::string Describe(const Node& node) const;
 
     /// Evaluates `node`, then writes its image as Write does.
-    bool Render(Node& node, const std::string& path, int bits, std::string* error) const;
-    /// Writes the image of the node's last evaluation by the file's extension (PNG and TIFF at
-    /// `bits` per channel, EXR as floats). The write is atomic: a failure leaves an existing
-    /// file intact. False with a message when the node has no image output, produced no image
-    /// or the file cannot be written.
-    bool Write(const Node& node, const std::string& path, int bits, std::string* error) const;
+    bool Render(Node& node, const std::string& path, const FileLayout& layout,
+                std::string* error) const;
+    /// Writes the image of the node's last evaluation in the format of the file's extension,
+    /// with the bits and channels of `layout`. The write is atomic: a failure leaves an
+    /// existing file intact. False with a message when the node has no image output, produced
+    /// no image, or the file cannot be written or cannot hold the layout.
+    bool Write(const Node& node, const std::string& path, const FileLayout& layout,
+               std::string* error) const;
 
 private:
     Engine& mEngine;

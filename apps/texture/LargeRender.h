@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "host/FileLayout.h"
 #include "host/ImageStreamWriter.h"
 
 class Engine;
@@ -16,7 +17,7 @@ struct LargeRenderRequest {
     int columns = 0;      ///< --tiles: the split of the output into separate tasks, 0 for none
     int rows = 0;
     int tile = 0;  ///< --tile: the task's tile, row-major from the top-left
-    int bits = 8;  ///< PNG/TIFF bits per channel; 16 stores EXR as half floats
+    FileLayout layout;  ///< --bits and --channels
     int zipLevel = ImageStreamOptions::kFastZipLevel;  ///< --compression of PNG files
     bool quiet = false;
 

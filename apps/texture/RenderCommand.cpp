@@ -164,8 +164,10 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
             std::string file;
             if (!ExpandOutputName(pattern, fields, &file, &error))
                 return usageError(error);
-            if (const std::string problem = CheckFormat(file); !problem.empty())
+            if (std::string problem = CheckFormat(file); !problem.empty())
                 return usageError(problem);
+            if (std::string problem = options.layout.ProblemFor(file); !problem.empty())
+                return usageError(problem + " (--bits, --channels)");
             if (!names.insert(file).second)
                 return usageError("two images would be written to '" + file +
                                   "'; name the output with {node}, {index} or NODE.ATTR (-O DIR "
@@ -240,7 +242,7 @@ int RunRenderCommand(const PluginLoader& catalogue, const RenderRequest& options
             std::error_code ignored;
             if (const fs::path folder = fs::path(image.file).parent_path(); !folder.empty())
                 fs::create_directories(folder, ignored);
-            if (!renderer.Write(*image.node, image.file, options.bits, &error)) {
+            if (!renderer.Write(*image.node, image.file, options.layout, &error)) {
                 std::cerr << "error: " << error << "\n";
                 exitCode = 1;
                 continue;

@@ -14,6 +14,7 @@
 #include "apps/texture/RenderCommand.h"
 #include "host/Document.h"
 #include "host/Engine.h"
+#include "host/FileLayout.h"
 #include "host/Image.h"
 #include "host/Log.h"
 #include "host/NodeInterface.h"
@@ -121,8 +122,21 @@ int main(int argc, char** argv) {
             "N"));
     renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
         ->check(CLI::PositiveNumber);
-    renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
-        ->check(CLI::IsMember({8, 16}));
+    renderCommand
+        ->add_option("--bits", render.layout.bits,
+                     "bits per channel: 8 or 16 for PNG/TIFF (default 8), 16 (half) or 32 "
+                     "(float, the default) for EXR")
+        ->check(CLI::IsMember({8, 16, 32}));
+    renderCommand
+        ->add_option_function<std::string>(
+            "--channels",
+            [&render](const std::string& given) {
+                if (!FileLayout::ParseChannels(given, &render.layout.channels))
+                    throw CLI::ValidationError("--channels", "expects RGBA, RGB, R or L, not '" +
+                                                                 given + "'");
+            },
+            "RGBA (default), RGB, R (red alone) or L (luminance): the channels the file stores")
+        ->type_name("RGBA|RGB|R|L");
     const auto pair = [](const char* option, int* a, int* b) {
         return [=](const std::string& given) {
             if (!LargeRender::ParseSize(given, a, b))
@@ -191,7 +205,7 @@ int main(int argc, char** argv) {
         return RunAssembleCommand(assemble);  // needs no plug-in
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
-    large.bits = render.bits;
+    large.layout = render.layout;
     large.quiet = render.quiet;
     large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
