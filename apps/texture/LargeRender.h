@@ -16,7 +16,7 @@ struct LargeRenderRequest {
     int tileSize = 4096;  ///< --tile-size: the largest side rendered and held at once
     int columns = 0;      ///< --tiles: the split of the output into separate tasks, 0 for none
     int rows = 0;
-    int tile = 0;  ///< --tile: the task's tile, row-major from the top-left
+    int tile = 0;       ///< --tile: the task's tile, row-major from the top-left
     FileLayout layout;  ///< --bits and --channels
     int zipLevel = ImageStreamOptions::kFastZipLevel;  ///< --compression of PNG files
     bool quiet = false;

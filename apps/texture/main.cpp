@@ -132,8 +132,8 @@ int main(int argc, char** argv) {
             "--channels",
             [&render](const std::string& given) {
                 if (!FileLayout::ParseChannels(given, &render.layout.channels))
-                    throw CLI::ValidationError("--channels", "expects RGBA, RGB, R or L, not '" +
-                                                                 given + "'");
+                    throw CLI::ValidationError("--channels",
+                                               "expects RGBA, RGB, R or L, not '" + given + "'");
             },
             "RGBA (default), RGB, R (red alone) or L (luminance): the channels the file stores")
         ->type_name("RGBA|RGB|R|L");

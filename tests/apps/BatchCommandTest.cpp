@@ -2,9 +2,13 @@
 // with patterned output names, the output format checked before any render, and documents read
 // from standard input. Each row runs the command once and names the files it must leave.
 
+#include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -100,19 +104,87 @@ TEST(BatchCommandTest, OutputFormatAndPlaceAreCheckedBeforeRendering) {
         {{"-o", "{dir}/o"}, 2, "the name has no extension", {}},
         {{"-o", "{dir}"}, 2, "is a folder; use -O DIR", {}},
         {{"-o", "{dir}/o.exr"}, 0, "rendered 1 of 1", {"o.exr"}},
+        {{"-o", "{dir}/o.png", "--bits", "32"}, 2, "PNG files hold 8 or 16 bits per channel", {}},
+        {{"-o", "{dir}/o.exr", "--bits", "8"}, 2, "EXR files hold 16 (half) or 32 (float)", {}},
+        {{"-o", "{dir}/t-{tile}.tif", "--size", "9x9", "--tiles", "2x1", "--tile", "0", "--bits",
+          "32"},
+         2,
+         "TIFF files hold 8 or 16",
+         {}},
+        {{"-o", "{dir}/o.png", "--channels", "LA"}, 2, "expects RGBA, RGB, R or L", {}},
     });
 }
 
-TEST(BatchCommandTest, DocumentFromStandardInputResolvesAgainstTheWorkingFolder) {
+// What a file stores: its channels, their type and the first value of its top-left pixel.
+struct Stored {
+    std::vector<std::string> arguments;  ///< after `render good.texture.json -o {dir}/FILE`
+    const char* file;
+    std::vector<std::string> channels;
+    const char* type;
+    float first;
+};
+
+TEST(BatchCommandTest, FilesHoldTheAskedBitsAndChannels) {
+    // Inverted, the fill's colour is (0.8, 0.4, 0): red 0.8, luminance 0.45616.
+    const std::vector<Stored> rows{
+        {{}, "a.png", {"R", "G", "B", "A"}, "uint8", 204 / 255.0f},
+        {{"--bits", "16", "--channels", "L"}, "l.png", {"Y"}, "uint16", 29895 / 65535.0f},
+        {{"--bits", "16", "--channels", "R"}, "r.exr", {"R"}, "half", 0.8f},
+        {{"--channels", "rgb"}, "c.tif", {"R", "G", "B"}, "uint8", 204 / 255.0f},
+        {{"--channels", "L"}, "l.exr", {"Y"}, "float", 0.45616f},
+    };
+    for (const Stored& row : rows) {
+        const testsupport::TempFolder folder;
+        const std::string file = folder / row.file;
+        std::vector<std::string> arguments{
+            "--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
+            "render",   folder.Write("good.texture.json", kGood),
+            "--set",    "fill.color=[0.2, 0.6, 1, 1]",
+            "-o",       file};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        const testsupport::CommandResult result = testsupport::RunTexture(arguments);
+        SCOPED_TRACE(testing::PrintToString(row.arguments) + " " + row.file + "\n" + result.err);
+        ASSERT_EQ(result.exitCode, 0);
+        auto input = OIIO::ImageInput::open(file);
+        ASSERT_TRUE(input);
+        const OIIO::ImageSpec& spec = input->spec();
+        EXPECT_EQ(spec.channelnames, row.channels);
+        EXPECT_EQ(spec.format.c_str(), std::string(row.type));
+        std::vector<float> pixels(static_cast<std::size_t>(spec.image_pixels()) * spec.nchannels);
+        ASSERT_TRUE(
+            input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, pixels.data()));
+        EXPECT_NEAR(pixels[0], row.first, 1e-3f);
+    }
+}
+
+// The same render twice gives the same bytes: files carry no date unless SOURCE_DATE_EPOCH
+// names one.
+TEST(BatchCommandTest, FilesAreReproducible) {
     const testsupport::TempFolder folder;
-    const std::string document = folder.Write("d.texture.json", kGood);
-    const std::string command = "cd '" + folder.Path().string() + "' && '" +
-                                testsupport::TextureCommandPath() + "' --plugin '" +
-                                TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so" +
-                                "' render - -o '{doc}.png' < d.texture.json";
-    const testsupport::CommandResult result = testsupport::RunProgram("/bin/sh", {"-c", command});
-    EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_TRUE(std::filesystem::exists(folder / "stdin.png"));
+    const std::string document = folder.Write("good.texture.json", kGood);
+    const auto render = [&](const std::string& name, std::string* date) {
+        const std::string file = folder / name;
+        EXPECT_EQ(
+            testsupport::RunTexture({"--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
+                                     "render", document, "-o", file})
+                .exitCode,
+            0);
+        if (auto input = OIIO::ImageInput::open(file))
+            *date = input->spec().get_string_attribute("DateTime", "none");
+        std::ifstream in(file, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    for (const char* extension : {".exr", ".tif"}) {
+        SCOPED_TRACE(extension);
+        std::string date;
+        const std::string first = render(std::string("a") + extension, &date);
+        EXPECT_EQ(date, "none");
+        EXPECT_EQ(first, render(std::string("b") + extension, &date));
+        setenv("SOURCE_DATE_EPOCH", "1700000000", 1);
+        render(std::string("c") + extension, &date);
+        unsetenv("SOURCE_DATE_EPOCH");
+        EXPECT_EQ(date, "2023:11:14 22:13:20");
+    }
 }
 
 }  // namespace
