@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 /// Options a host sets for every render a plug-in's render nodes make in its engine. This is
 /// an extension of the SDK: a plug-in written for another host never reads it, and its
 /// defaults give the behaviour such a host expects.
@@ -32,4 +34,10 @@ struct RenderOptions {
     /// The part of that image a Render 2D node renders; its image output is then the window
     /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
     Window window;
+    /// Told how far a render node's image has come: `done` of `total` lines (of the window,
+    /// when there is one), rising to done == total at the end. Render nodes call it as bands of
+    /// lines finish, a few hundred times per image at most and never per pixel, on the thread
+    /// that evaluates the node; a host that evaluates several nodes at once is called from each
+    /// of those threads, so the callback must be thread-safe. Empty: nobody listens.
+    std::function<void(int done, int total)> progress;
 };

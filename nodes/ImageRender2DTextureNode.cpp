@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <type_traits>
 
@@ -9,6 +10,7 @@
 #include "host/Log.h"
 #include "nodes/NodeInputs.h"
 #include "noisepp/core/TextureColor.h"
+#include "noisepp/utils/BuilderCallback.h"
 #include "noisepp/utils/PlaneBuilder.h"
 
 namespace {
@@ -21,6 +23,18 @@ constexpr double kStartStep = static_cast<double>(0.1f);
 
 // Keeps the builder's bounds strictly ordered whatever range the user enters.
 constexpr float kMinimumRange = 0.001f;
+
+// Hands the builder's finished lines on to the host.
+class LineProgress : public noisepp::utils::BuilderCallback {
+public:
+    LineProgress(std::function<void(int, int)> report, int total)
+        : mReport(std::move(report)), mTotal(total) {}
+    void progress(int linesDone) override { mReport(linesDone, mTotal); }
+
+private:
+    std::function<void(int, int)> mReport;
+    int mTotal;
+};
 
 }  // namespace
 
@@ -109,6 +123,8 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
         builder.setThreadCount(options.threads);
+        if (auto report = ProgressByBands(options, window.Height()))
+            builder.setCallback(new LineProgress(std::move(report), window.Height()));
         builder.build();
     }
     Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());

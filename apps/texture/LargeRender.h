@@ -7,6 +7,7 @@
 
 class Engine;
 class Node;
+class RenderReport;
 
 /// How `texture render` renders one Render 2D node at a size of its own choosing.
 struct LargeRenderRequest {
@@ -31,8 +32,9 @@ struct LargeRenderRequest {
 /// beside it for `texture assemble`.
 class LargeRender {
 public:
-    LargeRender(Engine& engine, const LargeRenderRequest& request)
-        : mEngine(engine), mRequest(request) {}
+    /// Errors, warnings and the file written go to `report`.
+    LargeRender(Engine& engine, const LargeRenderRequest& request, RenderReport& report)
+        : mEngine(engine), mRequest(request), mReport(report) {}
 
     /// Checks the request against `node`, renders into `output` (for a tile the name may hold
     /// {col}, {row} and {tile}) and replaces the file atomically. `document` is the document's
@@ -48,4 +50,5 @@ public:
 private:
     Engine& mEngine;
     LargeRenderRequest mRequest;
+    RenderReport& mReport;
 };

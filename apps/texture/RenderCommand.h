@@ -22,6 +22,7 @@ struct RenderRequest {
     bool keepGoing = false;  ///< write a node's image even when a node upstream of it failed
     FileLayout layout;       ///< --bits and --channels
     bool quiet = false;
+    bool json = false;         ///< --json: one JSON report on the standard output
     LargeRenderRequest large;  ///< --size, --tile-size, --tiles, --tile
 };
 

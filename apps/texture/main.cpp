@@ -174,6 +174,9 @@ int main(int argc, char** argv) {
             std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
         ->check(CLI::Range(0, 9))
         ->needs(sizeOption);
+    renderCommand->add_flag("--json", render.json,
+                            "print one JSON report on the standard output: files written (size, "
+                            "format), time per node, warnings, errors");
     auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
 
