@@ -182,9 +182,15 @@ int main(int argc, char** argv) {
 
     std::string nodeType;
     bool asJson = false;
+    bool asMarkdown = false;
     CLI::App* nodesCommand = app.add_subcommand("nodes", "list the node types");
     nodesCommand->add_option("TYPE", nodeType, "only this type (display or class name)");
-    nodesCommand->add_flag("--json", asJson, "print one JSON array");
+    auto* jsonFlag = nodesCommand->add_flag("--json", asJson, "print one JSON array");
+    nodesCommand
+        ->add_flag("--markdown", asMarkdown,
+                   "print the node reference page (docs/nodes.md): value syntax and every "
+                   "attribute")
+        ->excludes(jsonFlag);
 
     std::string checkPath;
     CLI::App* checkCommand = app.add_subcommand("check", "load and validate a document only");
@@ -232,7 +238,10 @@ int main(int argc, char** argv) {
         if (*renderCommand)
             exitCode = RunRenderCommand(catalogue, render);
         else if (*nodesCommand)
-            exitCode = RunNodesCommand(catalogue, nodeType, asJson);
+            exitCode = RunNodesCommand(catalogue, nodeType,
+                                       asJson       ? NodesFormat::kJson
+                                       : asMarkdown ? NodesFormat::kMarkdown
+                                                    : NodesFormat::kText);
         else if (*checkCommand)
             exitCode = RunCheck(catalogue, checkPath);
         else if (*selfCheckCommand)

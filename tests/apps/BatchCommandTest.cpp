@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -185,6 +187,118 @@ TEST(BatchCommandTest, FilesAreReproducible) {
         unsetenv("SOURCE_DATE_EPOCH");
         EXPECT_EQ(date, "2023:11:14 22:13:20");
     }
+}
+
+// The JSON report: every file with its real size, node times, and each warning and error.
+TEST(BatchCommandTest, JsonReportHoldsFilesTimesWarningsAndErrors) {
+    constexpr const char* kBare = R"({"format": "texture-graph", "version": 1, "nodes": [
+      {"id": "flat", "type": "Render 2D Texture", "attributes": {"frame": [0, 0, 4, 4]}},
+      {"id": "bake", "type": "Render 3D Texture", "attributes": {"frame": [0, 0, 4, 4]}}]})";
+    struct Report {
+        const char* plugin;
+        const char* document;
+        std::vector<std::string> arguments;  ///< after `render DOC --json`; {dir} expands
+        int exitCode;
+        std::size_t files;
+        unsigned evaluations;  ///< of all nodes together
+        const char* warning;   ///< in the first warning, or "" for none
+        const char* error;     ///< in the first error, or "" for none
+    };
+    const std::vector<Report> rows{
+        {"libTestTexturePlugin.so",
+         kGood,
+         {"--sweep", "fill.size=2,3", "-o", "{dir}/{fill.size}.png"},
+         0,
+         2,
+         4,
+         "",
+         ""},
+        {"libTexture.so",
+         kBare,
+         {"--all", "-O", "{dir}"},
+         0,
+         2,
+         2,
+         "node 'flat' (Render 2D Texture): input 'texture' is not linked",
+         ""},
+        {"libTexture.so",
+         kBare,
+         {"--node", "bake", "-o", "{dir}/b.png"},
+         0,
+         1,
+         1,
+         "node 'bake' (Render 3D Texture): 'mesh' names no model",
+         ""},
+        {"libTestTexturePlugin.so",
+         kGood,
+         {"--set", "fill.size=99"},
+         2,
+         0,
+         0,
+         "",
+         "--set fill.size=99: must be between 1 and 64"},
+    };
+    for (const Report& row : rows) {
+        const testsupport::TempFolder folder;
+        std::vector<std::string> arguments{
+            "--plugin", std::string(TEXTURE_BINARY_DIR "/bin/") + row.plugin, "render",
+            folder.Write("d.texture.json", row.document), "--json"};
+        for (const std::string& argument : row.arguments)
+            arguments.push_back(Expand(argument, folder.Path().string()));
+        const testsupport::CommandResult result = testsupport::RunTexture(arguments);
+        SCOPED_TRACE(testing::PrintToString(row.arguments) + "\n" + result.out + result.err);
+        const auto report = nlohmann::json::parse(result.out, nullptr, false);
+        ASSERT_TRUE(report.is_object());
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(report["exit_code"], row.exitCode);
+        ASSERT_EQ(report["files"].size(), row.files);
+        for (const auto& file : report["files"])
+            EXPECT_EQ(file["bytes"], std::filesystem::file_size(file["path"].get<std::string>()));
+        unsigned evaluations = 0;
+        for (const auto& node : report["nodes"])
+            evaluations += node["evaluations"].get<unsigned>();
+        EXPECT_EQ(evaluations, row.evaluations);
+        for (const auto& [key, expected] :
+             {std::pair{"warnings", row.warning}, {"errors", row.error}})
+            EXPECT_EQ(report[key].empty(), *expected == '\0') << report[key];
+        for (const auto& [key, expected] :
+             {std::pair{"warnings", row.warning}, {"errors", row.error}})
+            EXPECT_NE(report[key].dump().find(expected), std::string::npos) << expected;
+    }
+}
+
+// Small images of a sweep render side by side on several threads: the same bits as one by one,
+// with --set overrides kept in every image.
+TEST(BatchCommandTest, SweepsGiveTheSameBitsSideBySideAsInTurn) {
+    const testsupport::TempFolder folder;
+    const std::string document = folder.Write("good.texture.json", kGood);
+    std::vector<std::string> files[2];
+    for (const char* threads : {"1", "4"}) {
+        EXPECT_EQ(
+            testsupport::RunTexture({"--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
+                                     "render", document, "--threads", threads, "--set",
+                                     "fill.color=[0.2, 0.6, 1, 1]", "--sweep", "fill.size=2:7",
+                                     "-o", folder / (std::string(threads) + "-{index}.png")})
+                .exitCode,
+            0);
+        for (int index = 0; index < 6; ++index) {
+            std::ifstream in(folder / (std::string(threads) + "-" + std::to_string(index) + ".png"),
+                             std::ios::binary);
+            files[threads[0] == '4'].emplace_back(std::istreambuf_iterator<char>(in),
+                                                  std::istreambuf_iterator<char>());
+        }
+    }
+    EXPECT_EQ(files[0], files[1]);
+    EXPECT_NE(files[0][0], files[0][1]);
+}
+
+// The node reference page in docs/ is what `texture nodes --markdown` prints today.
+TEST(BatchCommandTest, NodeReferencePageIsCurrent) {
+    const testsupport::CommandResult result = testsupport::RunTexture(
+        {"--plugin", TEXTURE_BINARY_DIR "/bin/libTexture.so", "nodes", "--markdown"});
+    std::ifstream in(TEXTURE_SOURCE_DIR "/docs/nodes.md", std::ios::binary);
+    const std::string page{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_EQ(result.out, page) << "regenerate: texture nodes --markdown > docs/nodes.md";
 }
 
 }  // namespace
