@@ -95,6 +95,15 @@ std::string FileLayout::ProblemFor(const std::string& path) const {
                : "'" + path + "': " + why;
 }
 
+int FileLayout::BitsFor(const std::string& path) const {
+    if (bits != 0)
+        return bits;
+    std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
+    if (!output)
+        ImageLibraryError({});
+    return output && IsFloatFormat(output->format_name()) ? 32 : 8;
+}
+
 bool FileEncoding::Resolve(const std::string& format, bool alpha, const FileLayout& layout,
                            FileEncoding* encoding, std::string* why) {
     const bool floats = IsFloatFormat(format);
@@ -106,14 +115,12 @@ bool FileEncoding::Resolve(const std::string& format, bool alpha, const FileLayo
         return false;
     }
     using Channels = FileLayout::Channels;
-    if (layout.channels == Channels::kRgba && !alpha) {
-        *why = ShownName(format) + " files cannot store opacity; use --channels RGB, R or L";
-        return false;
-    }
-    encoding->mChannels = layout.channels;
-    encoding->mChannelCount = layout.channels == Channels::kRgba  ? 4
-                              : layout.channels == Channels::kRgb ? 3
-                                                                  : 1;
+    // Formats without opacity (JPEG) keep the colour of RGBA, as they always did.
+    encoding->mChannels =
+        layout.channels == Channels::kRgba && !alpha ? Channels::kRgb : layout.channels;
+    encoding->mChannelCount = encoding->mChannels == Channels::kRgba  ? 4
+                              : encoding->mChannels == Channels::kRgb ? 3
+                                                                      : 1;
     encoding->mBits = bits;
     encoding->mFloats = floats;
     encoding->mDataType = floats       ? OIIO::TypeDesc::FLOAT

@@ -13,8 +13,9 @@
 class FileEncoding {
 public:
     /// The encoding of `layout` in `format` (the image library's format name, as
-    /// ImageOutput::format_name gives it; `alpha` whether the format stores opacity). False and
-    /// `why` (naming the format and the depths it holds) when the format cannot hold it.
+    /// ImageOutput::format_name gives it; `alpha` whether the format stores opacity, RGBA being
+    /// stored as RGB where it does not). False and `why` (naming the format and the depths it
+    /// holds) when the format cannot hold the bits.
     static bool Resolve(const std::string& format, bool alpha, const FileLayout& layout,
                         FileEncoding* encoding, std::string* why);
 

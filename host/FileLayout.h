@@ -24,4 +24,6 @@ struct FileLayout {
     /// Why the format of `path`'s extension cannot store this layout, in one line naming the
     /// format and the depths it holds; empty when it can. Makes no file.
     std::string ProblemFor(const std::string& path) const;
+    /// The bits per channel a file at `path` gets: `bits`, or the format's own for 0.
+    int BitsFor(const std::string& path) const;
 };

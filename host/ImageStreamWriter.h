@@ -13,8 +13,6 @@ struct ImageStreamOptions {
     /// Bits per channel: 8 or 16 for integer formats (PNG, TIFF), 16 (half) or 32 for floating-
     /// point ones (OpenEXR); 0 picks 8 for integer formats and 32 for floating-point ones.
     int bits = 0;
-    /// The channels the file stores.
-    FileLayout::Channels channels = FileLayout::Channels::kRgba;
     /// Store the file as tiles of tileSide x tileSide pixels (OpenEXR and TIFF) rather than as
     /// scanlines.
     bool tiled = false;
@@ -22,6 +20,8 @@ struct ImageStreamOptions {
     /// The zip level of PNG files, 0 (none) to 9 (smallest). The fast default keeps writing
     /// about as quick as rendering; higher levels save a few percent at several times the time.
     int zipLevel = kFastZipLevel;
+    /// The channels the file stores.
+    FileLayout::Channels channels = FileLayout::Channels::kRgba;
 
     static constexpr int kFastZipLevel = 1;
 };

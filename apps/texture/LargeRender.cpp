@@ -143,9 +143,8 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
     }
 
     const std::string extension = LowerExtension(file);
-    const bool floating = extension == "exr" || extension == "hdr";
     ImageStreamOptions format;
-    format.bits = r.layout.bits != 0 ? r.layout.bits : floating ? 32 : 8;
+    format.bits = r.layout.BitsFor(file);
     format.channels = r.layout.channels;
     // Tiled files take each window as it comes; scanline files would hold rows back.
     format.tiled = extension == "exr" || extension == "tif" || extension == "tiff";

@@ -38,11 +38,16 @@ namespace {
 
 constexpr const char* kKnownExtensions[] = {".png", ".tif", ".tiff", ".exr"};
 
-// Checked before any render so that a long sweep cannot end in a name the writer refuses.
-std::string CheckFormat(const std::string& path) {
+std::string LowerExtension(const std::string& path) {
     std::string extension = fs::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension.empty() ? extension : extension.substr(1);
+}
+
+// Checked before any render so that a long sweep cannot end in a name the writer refuses.
+std::string CheckFormat(const std::string& path) {
+    const std::string extension = "." + LowerExtension(path);
     if (std::find(std::begin(kKnownExtensions), std::end(kKnownExtensions), extension) !=
         std::end(kKnownExtensions))
         return {};
@@ -50,8 +55,8 @@ std::string CheckFormat(const std::string& path) {
     for (const char* each : kKnownExtensions)
         known += (known.empty() ? "" : ", ") + std::string(each);
     return "'" + path + "': " +
-           (extension.empty() ? "the name has no extension"
-                              : "no image format is known for '" + extension + "'") +
+           (extension == "." ? "the name has no extension"
+                             : "no image format is known for '" + extension + "'") +
            " (known: " + known + ")";
 }
 
@@ -69,8 +74,8 @@ void CollectFailed(const Engine& engine, const Node* node, std::set<const Node*>
 
 // What a render node lacks to paint what was meant: an unlinked texture input paints a default
 // picture, a mesh attribute without a model paints opaque black.
-std::vector<std::string> MissingInputs(const Engine& engine, const Node& node) {
-    const std::string name = RenderToFile(const_cast<Engine&>(engine)).Describe(node);
+std::vector<std::string> MissingInputs(Engine& engine, const Node& node) {
+    const std::string name = RenderToFile(engine).Describe(node);
     std::vector<std::string> warnings;
     std::set<int> linkedAttributes;
     for (const Node::Inplug& inplug : node.GetInplugs()) {
@@ -134,13 +139,6 @@ bool ReadDocument(const std::string& path, DocumentSource* source, std::string* 
     source->name = path;
     source->folder = fs::absolute(fs::path(path)).parent_path().string();
     return true;
-}
-
-std::string LowerExtension(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension.empty() ? extension : extension.substr(1);
 }
 
 // The threads the render may use, as the engine counts them.
@@ -273,8 +271,7 @@ public:
             written.format = LowerExtension(file);
             written.width = picture->GetSizeX();
             written.height = picture->GetSizeY();
-            const bool floats = written.format == "exr";
-            written.bits = mRequest.layout.bits != 0 ? mRequest.layout.bits : floats ? 32 : 8;
+            written.bits = mRequest.layout.BitsFor(file);
             written.channels = FileLayout::ChannelsName(mRequest.layout.channels);
             written.index = index;
             written.values = values;
