@@ -58,7 +58,7 @@ void BM_RenderDefaultExample(benchmark::State& state) {
         if (*output.extension == '\0') {
             engine.EvaluateNode(out);
         } else {
-            StreamedImageFile file(path, output.bits);
+            StreamedImageFile file(path, FileLayout{output.bits});
             renderer.Evaluate(*out, file);
             if (!renderer.Finish(*out, file, &error)) {
                 state.SkipWithError(error.c_str());

@@ -26,7 +26,8 @@ install(TARGETS TextureHost EXPORT TextureHostTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         INCLUDES DESTINATION ${TEXTURE_INCLUDE_DIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/ DESTINATION ${TEXTURE_INCLUDE_DIR}/host
-        FILES_MATCHING PATTERN "*.h")
+        FILES_MATCHING PATTERN "*.h"
+        PATTERN "FileEncoding.h" EXCLUDE)  # the image library's types stay private
 install(EXPORT TextureHostTargets NAMESPACE Texture::
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/TextureHost)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/TextureHostConfig.cmake.in

@@ -15,6 +15,7 @@
 
 #include "host/AtomicFile.h"
 #include "host/Attribute.h"
+#include "host/CloseMatches.h"
 #include "host/Engine.h"
 #include "host/GradientNode.h"
 #include "host/GraphDepth.h"
@@ -121,8 +122,12 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
                 continue;
             }
             const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
-            if (!node->HandleStoredAttribute(name, text))
-                Fail(place + ": unknown attribute '" + name + "'");
+            if (!node->HandleStoredAttribute(name, text)) {
+                std::vector<std::string> names;
+                for (const auto& each : node->GetAttributes())
+                    names.push_back(each->GetName());
+                Fail(place + ": unknown attribute '" + name + "'" + CloseMatchesNote(name, names));
+            }
             continue;
         }
         NodeValue decoded;
@@ -144,6 +149,22 @@ void LoadNode(const json& entry, std::size_t index, Engine& engine, const Plugin
     }
 }
 
+// " (close matches: ...)" among the node ids of `engine`.
+std::string CloseNodeIds(const std::string& id, const Engine& engine) {
+    std::vector<std::string> ids;
+    for (const Node* node : engine.GetNodes())
+        ids.push_back(engine.GetNodeId(node));
+    return CloseMatchesNote(id, ids);
+}
+
+template <class Plugs>
+std::string ClosePlugNames(const std::string& name, const Plugs& plugs) {
+    std::vector<std::string> names;
+    for (const auto& plug : plugs)
+        names.push_back(plug.name);
+    return CloseMatchesNote(name, names);
+}
+
 void LoadLink(const json& entry, std::size_t index, Engine& engine) {
     const std::string place = "links[" + std::to_string(index) + "]";
     if (!entry.is_object() || !entry.contains("from") || !entry.contains("to"))
@@ -153,16 +174,18 @@ void LoadLink(const json& entry, std::size_t index, Engine& engine) {
         const auto [toId, inName] = SplitPlug(entry["to"], "to");
         Node* from = engine.FindNode(fromId);
         if (from == nullptr)
-            Fail("unknown node id '" + fromId + "'");
+            Fail("unknown node id '" + fromId + "'" + CloseNodeIds(fromId, engine));
         Node* to = engine.FindNode(toId);
         if (to == nullptr)
-            Fail("unknown node id '" + toId + "'");
+            Fail("unknown node id '" + toId + "'" + CloseNodeIds(toId, engine));
         const int outplug = from->FindOutplug(outName);
         if (outplug < 0)
-            Fail(Describe(engine, from) + " has no output '" + outName + "'");
+            Fail(Describe(engine, from) + " has no output '" + outName + "'" +
+                 ClosePlugNames(outName, from->GetOutplugs()));
         const int inplug = to->FindInplug(inName);
         if (inplug < 0)
-            Fail(Describe(engine, to) + " has no input or attribute '" + inName + "'");
+            Fail(Describe(engine, to) + " has no input or attribute '" + inName + "'" +
+                 ClosePlugNames(inName, to->GetInplugs()));
         unsigned outType = 0;
         for (const Node::Output& output : from->GetOutplugs())
             if (static_cast<int>(output.id) == outplug)
@@ -255,7 +278,8 @@ bool Document::LoadText(const std::string& text, const std::string& name,
                 continue;
             const json& id = document[field];
             if (!id.is_string() || engine.FindNode(id.get<std::string>()) == nullptr)
-                Fail(std::string("\"") + field + "\": unknown node id " + id.dump());
+                Fail(std::string("\"") + field + "\": unknown node id " + id.dump() +
+                     (id.is_string() ? CloseNodeIds(id.get<std::string>(), engine) : ""));
             (std::string(field) == "active" ? mActive : mDisplay) = id.get<std::string>();
         }
     } catch (const std::exception& e) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/FileLayout.h"
 #include "host/HostTypes.h"
 
 /// A reference-counted picture.
@@ -75,9 +76,14 @@ public:
     /// so a failed write leaves an existing file intact and no temporary file. False and
     /// `error` naming the file and the cause ("disk full", "permission denied") on failure.
     bool WriteFile(const std::string& path, int bits, std::string* error) const;
+    /// Writes the image as `layout` asks (bits and channels), otherwise as WriteFile above; a
+    /// layout the format cannot hold is refused before any file is made.
+    bool WriteFile(const std::string& path, const FileLayout& layout, std::string* error) const;
 
 private:
     ~Image() = default;
+    bool WriteFile(const std::string& path, const FileLayout& layout, std::string* error,
+                   bool bitsOfIntegerFormatsOnly) const;
 
     /// Takes the pixels zeroed from the system (calloc), which hands large blocks out as
     /// untouched zero pages, and leaves new elements as they are: the pages of a large image

@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "host/AtomicFile.h"
+#include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
 #include "host/ImageStreamWriter.h"
@@ -31,10 +32,6 @@ bool fail(std::string* error, const std::string& message) {
         *error = message;
     return false;
 }
-
-float clamp01(float value) {
-    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
-}  // NaN -> 0
 
 }  // namespace
 
@@ -112,12 +109,21 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
 }
 
 bool Image::WriteFile(const std::string& path, int bits, std::string* error) const {
+    FileLayout layout;
+    layout.bits = bits;
+    return WriteFile(path, layout, error, true);
+}
+
+bool Image::WriteFile(const std::string& path, const FileLayout& layout, std::string* error) const {
+    return WriteFile(path, layout, error, false);
+}
+
+bool Image::WriteFile(const std::string& path, const FileLayout& layout, std::string* error,
+                      bool bitsOfIntegerFormatsOnly) const {
     const std::string where = "cannot write image '" + path + "': ";
     if (mSizeX <= 0 || mSizeY <= 0)
         return fail(error, where + "the image is empty (" + std::to_string(mSizeX) + " x " +
                                std::to_string(mSizeY) + " pixels)");
-    if (bits != 8 && bits != 16)
-        return fail(error, where + "bits must be 8 or 16, not " + std::to_string(bits));
     auto output = OIIO::ImageOutput::create(path);
     if (!output) {
         const std::string extension = lowerExtension(path);
@@ -128,53 +134,37 @@ bool Image::WriteFile(const std::string& path, int bits, std::string* error) con
     }
 
     const std::string format = output->format_name();
-    const bool floats = format == "openexr" || format == "hdr";
-    const int channels = output->supports("alpha") ? 4 : 3;
-    const OIIO::TypeDesc type = floats       ? OIIO::TypeDesc::FLOAT
-                                : bits == 16 ? OIIO::TypeDesc::UINT16
-                                             : OIIO::TypeDesc::UINT8;
-    OIIO::ImageSpec spec(mSizeX, mSizeY, channels, type);
-    if (!floats)
-        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    FileLayout resolved = layout;
+    if (bitsOfIntegerFormatsOnly && (format == "openexr" || format == "hdr"))
+        resolved.bits = 0;
+    FileEncoding encoding;
+    std::string why;
+    if (!FileEncoding::Resolve(format, output->supports("alpha"), resolved, &encoding, &why))
+        return fail(error, where + why);
+    OIIO::ImageSpec spec = encoding.Spec(mSizeX, mSizeY);
     if (format == "png") {
         spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
         spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
     }
 
-    // Top row first; integer formats clamped to 0...1 and rounded to the nearest level.
+    // Top row first, each pixel as the file stores it.
     const Image* source = this;
     Image* converted = nullptr;
     if (mColorMode != kFloatRgbo)
         source = converted = new Image(*this, kFloatRgbo);
     const float* in = source->GetConstArray();
-    const std::size_t values = static_cast<std::size_t>(mSizeX) * mSizeY * channels;
-    std::vector<float> asFloats(floats ? values : 0);
-    std::vector<std::uint16_t> asIntegers(floats ? 0 : values);
-    const float scale = bits == 16 ? 65535.0f : 255.0f;
+    const std::size_t pixelBytes = encoding.PixelBytes();
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(mSizeX) * mSizeY * pixelBytes);
+    unsigned char* out = bytes.data();
     for (int fileRow = 0; fileRow < mSizeY; ++fileRow) {
-        const int row = mSizeY - 1 - fileRow;
-        for (int x = 0; x < mSizeX; ++x) {
-            const float* pixel = &in[(static_cast<std::size_t>(row) * mSizeX + x) * 4];
-            const std::size_t at = (static_cast<std::size_t>(fileRow) * mSizeX + x) * channels;
-            for (int c = 0; c < channels; ++c) {
-                if (floats)
-                    asFloats[at + c] = pixel[c];
-                else
-                    asIntegers[at + c] =
-                        static_cast<std::uint16_t>(std::lround(clamp01(pixel[c]) * scale));
-            }
-        }
+        const float* pixel = &in[static_cast<std::size_t>(mSizeY - 1 - fileRow) * mSizeX * 4];
+        for (int x = 0; x < mSizeX; ++x, pixel += 4, out += pixelBytes)
+            encoding.Encode(pixel, out);
     }
     if (converted != nullptr)
         converted->Release();
-    std::vector<std::uint8_t> asBytes;
-    const void* data = floats ? static_cast<const void*>(asFloats.data()) : asIntegers.data();
-    OIIO::TypeDesc dataType = floats ? OIIO::TypeDesc::FLOAT : OIIO::TypeDesc::UINT16;
-    if (!floats && bits == 8) {
-        asBytes.assign(asIntegers.begin(), asIntegers.end());
-        data = asBytes.data();
-        dataType = OIIO::TypeDesc::UINT8;
-    }
+    const void* data = bytes.data();
+    const OIIO::TypeDesc dataType = encoding.DataType();
 
     // Formats that can encode into memory do, and the bytes go to the disk through checked
     // calls: the image library neither sees the disk filling up nor can end the process over

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "host/AtomicFile.h"
+#include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
 
@@ -25,10 +26,6 @@ bool Fail(std::string* error, const std::string& message) {
         *error = message;
     return false;
 }
-
-float Clamp01(float value) {
-    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
-}  // NaN -> 0
 
 std::int64_t Area(const PixelRect& rect) {
     return static_cast<std::int64_t>(rect.width) * rect.height;
@@ -99,9 +96,7 @@ struct ImageStreamWriter::State {
     std::string where;  // the start of every error message
     int width = 0;
     int height = 0;
-    int channels = 4;
-    bool floats = false;
-    OIIO::TypeDesc dataType;  // what the blocks hold; the library converts floats to halves
+    FileEncoding encoding;
     int blockWidth = 0;
     int blockHeight = 0;
     int blocksAcross = 0;
@@ -117,7 +112,7 @@ struct ImageStreamWriter::State {
         return where + ImageLibraryError(output->geterror());
     }
 
-    std::size_t PixelBytes() const { return dataType.size() * static_cast<std::size_t>(channels); }
+    std::size_t PixelBytes() const { return encoding.PixelBytes(); }
 
     PixelRect Block(int index) const {
         const int x = index % blocksAcross * blockWidth;
@@ -136,32 +131,6 @@ struct ImageStreamWriter::State {
                 if (written[y * blocksAcross + x] || pending.count(y * blocksAcross + x) != 0)
                     return false;
         return true;
-    }
-
-    // Integer formats as Image::WriteFile quantises them, so streamed files equal its files:
-    // the level is the float product rounded half away from zero, which for these non-negative
-    // values is the double sum with one half truncated (exact, and far cheaper than lround).
-    void Encode(const float* rgbo, int pixels, unsigned char* out) const {
-        if (floats) {
-            const std::size_t bytes = sizeof(float) * channels;
-            for (int p = 0; p < pixels; ++p, rgbo += 4, out += bytes)
-                std::memcpy(out, rgbo, bytes);
-            return;
-        }
-        const bool wide = dataType == OIIO::TypeDesc::UINT16;
-        const float scale = wide ? 65535.0f : 255.0f;
-        for (int p = 0; p < pixels; ++p, rgbo += 4) {
-            for (int c = 0; c < channels; ++c) {
-                const float scaled = Clamp01(rgbo[c]) * scale;
-                const auto level = static_cast<std::uint16_t>(static_cast<double>(scaled) + 0.5);
-                if (wide) {
-                    std::memcpy(out, &level, sizeof level);
-                    out += sizeof level;
-                } else {
-                    *out++ = static_cast<std::uint8_t>(level);
-                }
-            }
-        }
     }
 };
 
@@ -188,11 +157,10 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
                                         : "no image format is known for '" + extension + "'");
     }
     const std::string format = state->output->format_name();
-    state->floats = format == "openexr" || format == "hdr";
-    const int bits = options.bits != 0 ? options.bits : state->floats ? 32 : 8;
-    if (state->floats ? bits != 16 && bits != 32 : bits != 8 && bits != 16)
-        return refuse("bits must be " + std::string(state->floats ? "16 or 32" : "8 or 16") +
-                      " for " + format + " files, not " + std::to_string(bits));
+    std::string why;
+    if (!FileEncoding::Resolve(format, state->output->supports("alpha"),
+                               {options.bits, options.channels}, &state->encoding, &why))
+        return refuse(why);
     if (options.tiled && !state->output->supports("tiles"))
         return refuse("the " + format + " format cannot store tiles");
     if (options.zipLevel < 0 || options.zipLevel > 9)
@@ -203,15 +171,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
 
     state->width = width;
     state->height = height;
-    state->channels = state->output->supports("alpha") ? 4 : 3;
-    state->dataType = state->floats ? OIIO::TypeDesc::FLOAT
-                      : bits == 16  ? OIIO::TypeDesc::UINT16
-                                    : OIIO::TypeDesc::UINT8;
-    const OIIO::TypeDesc stored =
-        state->floats && bits == 16 ? OIIO::TypeDesc::HALF : state->dataType;
-    OIIO::ImageSpec spec(width, height, state->channels, stored);
-    if (!state->floats)
-        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    OIIO::ImageSpec spec = state->encoding.Spec(width, height);
     if (format == "png") {
         spec.attribute("png:compressionLevel", options.zipLevel);
         spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
@@ -335,7 +295,7 @@ bool ImageStreamWriter::WritePixels(const PixelRect& rect, const float* source,
                     if (waiting.given[i])
                         return Fail(error, overlap);
                     waiting.given[i] = true;
-                    s.Encode(in, 1, waiting.bytes.data() + i * pixelBytes);
+                    s.encoding.Encode(in, waiting.bytes.data() + i * pixelBytes);
                 }
             }
             waiting.count += static_cast<std::int64_t>(x1 - x0) * (y1 - y0);
@@ -359,10 +319,11 @@ bool ImageStreamWriter::WriteWholeTiles(const PixelRect& rect, const float* sour
         unsigned char* out = bytes.data();
         for (int y = top; y < bottom; ++y) {
             const int imageRow = rect.Bottom() - 1 - y;  // image rows count from the bottom
-            s.Encode(source + static_cast<std::size_t>(imageRow) * rect.width * 4, rect.width, out);
+            s.encoding.EncodeRow(source + static_cast<std::size_t>(imageRow) * rect.width * 4,
+                                 rect.width, out);
             out += static_cast<std::size_t>(rect.width) * pixelBytes;
         }
-        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.dataType,
+        if (!s.output->write_tiles(rect.x, rect.Right(), top, bottom, 0, 1, s.encoding.DataType(),
                                    bytes.data()))
             return Fail(error, s.LibraryFailure());
         for (int x = rect.x / s.blockWidth; x * s.blockWidth < rect.Right(); ++x)
@@ -376,7 +337,7 @@ bool ImageStreamWriter::FinishBlock(int index, std::string* error) {
     if (s.tiled) {
         const PixelRect block = s.Block(index);
         const bool ok = s.output->write_tiles(block.x, block.Right(), block.y, block.Bottom(), 0, 1,
-                                              s.dataType, s.pending[index].bytes.data());
+                                              s.encoding.DataType(), s.pending[index].bytes.data());
         s.pending.erase(index);
         s.written[index] = true;
         return ok || Fail(error, s.LibraryFailure());
@@ -393,10 +354,10 @@ bool ImageStreamWriter::WriteNextRows(const PixelRect& rect, const float* source
     std::vector<unsigned char> bytes(rowBytes * rect.height);
     for (int y = 0; y < rect.height; ++y) {
         const int imageRow = rect.height - 1 - y;  // image rows count from the bottom
-        s.Encode(source + static_cast<std::size_t>(imageRow) * s.width * 4, s.width,
-                 bytes.data() + y * rowBytes);
+        s.encoding.EncodeRow(source + static_cast<std::size_t>(imageRow) * s.width * 4, s.width,
+                             bytes.data() + y * rowBytes);
     }
-    if (!s.output->write_scanlines(rect.y, rect.Bottom(), 0, s.dataType, bytes.data()))
+    if (!s.output->write_scanlines(rect.y, rect.Bottom(), 0, s.encoding.DataType(), bytes.data()))
         return Fail(error, s.LibraryFailure());
     std::fill(s.written.begin() + rect.y, s.written.begin() + rect.Bottom(), true);
     s.nextRow = rect.Bottom();
@@ -417,7 +378,7 @@ bool ImageStreamWriter::WriteCompleteRows(std::string* error) {
         s.written[s.nextRow++] = true;
     }
     if (s.nextRow > first &&
-        !s.output->write_scanlines(first, s.nextRow, 0, s.dataType, run.data()))
+        !s.output->write_scanlines(first, s.nextRow, 0, s.encoding.DataType(), run.data()))
         return Fail(error, s.LibraryFailure());
     return true;
 }

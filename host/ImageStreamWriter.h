@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "host/FileLayout.h"
 #include "host/PixelRect.h"
 
 class Image;
@@ -19,6 +20,8 @@ struct ImageStreamOptions {
     /// The zip level of PNG files, 0 (none) to 9 (smallest). The fast default keeps writing
     /// about as quick as rendering; higher levels save a few percent at several times the time.
     int zipLevel = kFastZipLevel;
+    /// The channels the file stores.
+    FileLayout::Channels channels = FileLayout::Channels::kRgba;
 
     static constexpr int kFastZipLevel = 1;
     /// PNG rows are filtered against the row above ("up") instead of trying every filter on

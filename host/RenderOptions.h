@@ -41,4 +41,10 @@ struct RenderOptions {
     /// Rows come in any order, mostly top first; a host writes them to the file while later
     /// rows render. Nodes that do not report leave the host to take the finished image whole.
     std::function<void(const Image& image, int rowFromTop)> rowFinished;
+    /// Told how far a render node's image has come: `done` of `total` lines (of the window,
+    /// when there is one), rising to done == total at the end. Render nodes call it as bands of
+    /// lines finish, a few hundred times per image at most and never per pixel, on the thread
+    /// that evaluates the node; a host that evaluates several nodes at once is called from each
+    /// of those threads, so the callback must be thread-safe. Empty: nobody listens.
+    std::function<void(int done, int total)> progress;
 };

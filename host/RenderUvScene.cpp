@@ -26,7 +26,8 @@ constexpr int kMaxSamples = 256;
 
 // A bake of 8000 x 8000 pixels at 16 x 16 samples runs for many minutes: it tells how far it
 // got this often, so that a log kept off a terminal shows it is alive.
-constexpr std::chrono::seconds kProgressInterval{10};
+constexpr std::chrono::seconds kLogInterval{10};
+constexpr std::chrono::milliseconds kProgressInterval{100};
 
 int hardwareThreadCount() {
     return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
@@ -259,15 +260,24 @@ bool RenderUvScene::Render(Image* image, RenderUVPixelFactory* factory, int samp
     {
         std::unique_lock<std::mutex> lock(stateMutex);
         const auto start = std::chrono::steady_clock::now();
-        while (!finished.wait_for(lock, kProgressInterval, [&] { return running == 0; })) {
-            const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(
-                std::chrono::steady_clock::now() - start);
+        auto nextLog = start + kLogInterval;
+        const auto wake = mProgress ? kProgressInterval : kLogInterval;
+        while (!finished.wait_for(lock, wake, [&] { return running == 0; })) {
             const int done = rowsDone;
-            Log::Info("UV scene render: %d of %d rows (%d %%) in %lld s", done, mSizeY,
-                      static_cast<int>(100LL * done / mSizeY),
-                      static_cast<long long>(seconds.count()));
+            if (mProgress)
+                mProgress(done, mSizeY);
+            if (const auto now = std::chrono::steady_clock::now(); now >= nextLog) {
+                nextLog = now + kLogInterval;
+                Log::Info(
+                    "UV scene render: %d of %d rows (%d %%) in %lld s", done, mSizeY,
+                    static_cast<int>(100LL * done / mSizeY),
+                    static_cast<long long>(
+                        std::chrono::duration_cast<std::chrono::seconds>(now - start).count()));
+            }
         }
     }
+    if (mProgress && !failure)
+        mProgress(mSizeY, mSizeY);
     for (std::thread& worker : workers) {
         worker.join();
     }

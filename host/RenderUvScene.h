@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -39,6 +40,11 @@ public:
     /// one, and logs how many rows are done every ten seconds until they finish. The image
     /// does not depend on this number.
     void SetThreadCount(int count) { mThreadCount = count; }
+    /// Told `done` of `total` rows as Render's rows finish, on the thread that called Render,
+    /// about ten times a second; empty (the default) for none.
+    void SetProgress(std::function<void(int done, int total)> progress) {
+        mProgress = std::move(progress);
+    }
 
     /// Renders into `image` (colour mode 0, the scene's size): clears it to (0, 0, 0, 0), shades
     /// every pixel whose samples are covered by a triangle with the average of its covered
@@ -56,6 +62,7 @@ private:
     int mSizeY;
     bool mSecondUvSet;
     int mThreadCount = 0;
+    std::function<void(int, int)> mProgress;
     std::shared_ptr<const SceneModel> mModel;
     std::vector<const SceneModel::SubMesh*> mSubMeshes;
 };

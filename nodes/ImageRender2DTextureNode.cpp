@@ -10,6 +10,7 @@
 #include "host/Log.h"
 #include "nodes/NodeInputs.h"
 #include "noisepp/core/TextureColor.h"
+#include "noisepp/utils/BuilderCallback.h"
 #include "noisepp/utils/PlaneBuilder.h"
 
 namespace {
@@ -23,22 +24,32 @@ constexpr double kStartStep = static_cast<double>(0.1f);
 // Keeps the builder's bounds strictly ordered whatever range the user enters.
 constexpr float kMinimumRange = 0.001f;
 
-// Passes each finished line of the builder on to the host as a row of the image.
-class RowReporter : public noisepp::utils::BuilderCallback {
+// Passes the builder's finished lines on to the host: each line as a final row of the image
+// (for hosts that write while later rows render) and the count of lines done (for progress).
+class LineReporter : public noisepp::utils::BuilderCallback {
 public:
-    RowReporter(const Image& image, const RenderOptions& options)
-        : mImage(image), mReport(options.rowFinished) {}
+    LineReporter(const Image& image, const RenderOptions& options,
+                 std::function<void(int, int)> progress, int total)
+        : mImage(image), mRowFinished(options.rowFinished), mProgress(std::move(progress)),
+          mTotal(total) {}
 
-    void progress(int) override {}
+    void progress(int linesDone) override {
+        if (mProgress)
+            mProgress(linesDone, mTotal);
+    }
     void lineFinished(const noisepp::TextureColor* row) override {
+        if (!mRowFinished)
+            return;
         const auto* first = reinterpret_cast<const noisepp::TextureColor*>(mImage.GetConstArray());
         const auto line = static_cast<int>((row - first) / mImage.GetSizeX());
-        mReport(mImage, mImage.GetSizeY() - 1 - line);  // image rows count from the bottom
+        mRowFinished(mImage, mImage.GetSizeY() - 1 - line);  // image rows count from the bottom
     }
 
 private:
     const Image& mImage;
-    const std::function<void(const Image&, int)>& mReport;
+    const std::function<void(const Image&, int)>& mRowFinished;
+    std::function<void(int, int)> mProgress;
+    int mTotal;
 };
 
 }  // namespace
@@ -128,8 +139,9 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
         builder.setThreadCount(options.threads);
-        if (options.rowFinished && pixels > 0)
-            builder.setCallback(new RowReporter(*image, options));
+        auto progress = ProgressByBands(options, window.Height());
+        if ((options.rowFinished || progress) && pixels > 0)
+            builder.setCallback(new LineReporter(*image, options, std::move(progress), window.Height()));
         builder.build();
     }
     Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());

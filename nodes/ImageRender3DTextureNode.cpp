@@ -159,6 +159,7 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         Texture3DRenderUVPixelFactory factory(pipeline.get(), element, driving[0], driving[1],
                                               driving[2], ranges);
         mScene->SetThreadCount(static_cast<int>(threads));
+        mScene->SetProgress(ProgressByBands(GetRenderOptions(), height));
         Timer timer;
         timer.StartTimer();
         mScene->Render(GetImage(), &factory, samples, prefilter);

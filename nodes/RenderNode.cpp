@@ -1,5 +1,7 @@
 #include "nodes/RenderNode.h"
 
+#include <algorithm>
+
 #include "host/Engine.h"
 #include "host/Image.h"
 #include "host/Log.h"
@@ -62,6 +64,17 @@ void RenderNode::PublishNewImage(int width, int height) {
     image->AddRef();
     ReleaseImage();
     mImage = image;
+}
+
+std::function<void(int, int)> RenderNode::ProgressByBands(const RenderOptions& options, int total) {
+    if (!options.progress || total <= 0)
+        return {};
+    // About 200 calls per image: smooth on a terminal, nothing next to a line of noise.
+    const int band = std::max(1, total / 200);
+    return [report = options.progress, band](int done, int all) {
+        if (done % band == 0 || done == all)
+            report(done, all);
+    };
 }
 
 RenderOptions RenderNode::GetRenderOptions() const {

@@ -50,6 +50,11 @@ protected:
     /// The engine's render options (thread count, output size, window); the defaults outside
     /// an engine.
     RenderOptions GetRenderOptions() const;
+    /// The host's progress callback of `options` thinned to about a band of lines per call:
+    /// `done` lines of `total` go through when they complete a band or the image. Empty when
+    /// the host does not listen.
+    static std::function<void(int done, int total)> ProgressByBands(const RenderOptions& options,
+                                                                    int total);
     /// "Texture.dll <node class>::Evaluate - <what>".
     std::string LogPrefix() const;
 

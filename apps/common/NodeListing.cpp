@@ -3,9 +3,11 @@
 #include <memory>
 
 #include "host/Attribute.h"
+#include "host/GradientNode.h"
 #include "host/Node.h"
 #include "host/NodeFactory.h"
 #include "host/NodeInterface.h"
+#include "host/NodeValue.h"
 #include "host/ValueCodec.h"
 
 using nlohmann::json;
@@ -27,6 +29,9 @@ json DescribeAttribute(const Attribute& attribute) {
     }
     if (kind == Attribute::kChoice)
         entry["items"] = attribute.GetItems();
+    const Attribute::DisplayHint& hint = attribute.GetDisplayHint();
+    if (!hint.label.empty() || hint.frequency)
+        entry["hint"] = {{"label", hint.label}, {"frequency", hint.frequency}};
     return entry;
 }
 
@@ -51,13 +56,23 @@ json DescribeNodeType(NodeInterface& type, unsigned index) {
     std::unique_ptr<Node> node(factory != nullptr ? factory->CreateNode() : nullptr);
     if (node != nullptr) {
         for (const Node::RegularInput& input : node->GetRegularInputs())
-            inputs.push_back(
-                {{"id", input.id}, {"name", input.name}, {"plug_type", input.plugType}});
+            inputs.push_back({{"id", input.id},
+                              {"name", input.name},
+                              {"plug_type", input.plugType},
+                              {"carries", NodeValue::GetTypeName(input.plugType)}});
         for (const Node::Output& output : node->GetOutplugs())
-            outputs.push_back(
-                {{"id", output.id}, {"name", output.name}, {"plug_type", output.plugType}});
+            outputs.push_back({{"id", output.id},
+                               {"name", output.name},
+                               {"plug_type", output.plugType},
+                               {"carries", NodeValue::GetTypeName(output.plugType)}});
         for (const auto& attribute : node->GetAttributes())
             attributes.push_back(DescribeAttribute(*attribute));
+        if (const auto* gradient = dynamic_cast<const GradientNode*>(node.get()))
+            entry["gradient"] = {
+                {"default", ValueCodec::EncodeGradient(gradient->GetGradient())},
+                {"description",
+                 "The colour ramp the node maps its input through: stops of position 0...1 and "
+                 "colour, interpolated step, linear or smooth."}};
     }
     entry["inputs"] = inputs;
     entry["outputs"] = outputs;

@@ -8,5 +8,7 @@ class NodeInterface;
 /// `nodes()` returns it: "index" (`index`), "type", "class", "code", "type_id", "category",
 /// "library", "icon", "small_icon", "inputs" and "outputs" ({"id", "name", "plug_type"}) and
 /// "attributes" ({"id", "name", "kind", "default", "description", and "min", "max", "step",
-/// "decimals" for numbers, points and frames, "items" for choices}).
+/// "decimals" for numbers, points and frames, "items" for choices, "hint" {"label",
+/// "frequency"} when the editor shows it specially}); inputs and outputs also say what they
+/// "carries" by name; nodes with a colour ramp add "gradient" {"default", "description"}.
 nlohmann::json DescribeNodeType(NodeInterface& type, unsigned index);

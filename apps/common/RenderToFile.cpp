@@ -16,8 +16,9 @@ std::string RenderToFile::Describe(const Node& node) const {
     return "node '" + mEngine.GetNodeId(&node) + "' (" + node.GetTypeName() + ")";
 }
 
-bool RenderToFile::Render(Node& node, const std::string& path, int bits, std::string* error) const {
-    StreamedImageFile file(path, bits);
+bool RenderToFile::Render(Node& node, const std::string& path, const FileLayout& layout,
+                          std::string* error) const {
+    StreamedImageFile file(path, layout);
     Evaluate(node, file);
     return Finish(node, file, error);
 }
@@ -51,13 +52,13 @@ bool RenderToFile::Finish(const Node& node, StreamedImageFile& file, std::string
     return true;
 }
 
-bool RenderToFile::Write(const Node& node, const std::string& path, int bits,
+bool RenderToFile::Write(const Node& node, const std::string& path, const FileLayout& layout,
                          std::string* error) const {
     const Image* image = ImageOf(node, error);
     if (image == nullptr)
         return false;
     std::string why;
-    if (!image->WriteFile(path, bits, &why)) {
+    if (!image->WriteFile(path, layout, &why)) {
         // The writer's message already names the file.
         *error = "node '" + mEngine.GetNodeId(&node) + "': " + why;
         return false;

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/FileLayout.h"
+
 class Engine;
 class Image;
 class Node;
@@ -21,7 +23,8 @@ public:
 
     /// Evaluates `node` and writes its image as Write does, the rows going to the file while
     /// later rows render (see Evaluate and Finish).
-    bool Render(Node& node, const std::string& path, int bits, std::string* error) const;
+    bool Render(Node& node, const std::string& path, const FileLayout& layout,
+                          std::string* error) const;
     /// Evaluates `node`, handing the rows of the image it renders to `file` as they are
     /// finished, for callers that decide after the evaluation whether to keep the file.
     void Evaluate(Node& node, StreamedImageFile& file) const;
@@ -30,11 +33,12 @@ public:
     void EvaluateSources(Node& node) const;
     /// Completes `file` with the image of the node's last evaluation, failing as Write does.
     bool Finish(const Node& node, StreamedImageFile& file, std::string* error) const;
-    /// Writes the image of the node's last evaluation by the file's extension (PNG and TIFF at
-    /// `bits` per channel, EXR as floats). The write is atomic: a failure leaves an existing
-    /// file intact. False with a message when the node has no image output, produced no image
-    /// or the file cannot be written.
-    bool Write(const Node& node, const std::string& path, int bits, std::string* error) const;
+    /// Writes the image of the node's last evaluation in the format of the file's extension,
+    /// with the bits and channels of `layout`. The write is atomic: a failure leaves an
+    /// existing file intact. False with a message when the node has no image output, produced
+    /// no image, or the file cannot be written or cannot hold the layout.
+    bool Write(const Node& node, const std::string& path, const FileLayout& layout,
+                          std::string* error) const;
 
 private:
     /// The image of the node's last evaluation, or null with a message naming the node.

@@ -1,8 +1,5 @@
 #include "apps/common/StreamedImageFile.h"
 
-#include <algorithm>
-#include <cctype>
-#include <filesystem>
 #include <utility>
 
 #include "host/AtomicFile.h"
@@ -10,8 +7,8 @@
 #include "host/Image.h"
 #include "host/ImageStreamWriter.h"
 
-StreamedImageFile::StreamedImageFile(std::string path, int bits)
-    : mPath(std::move(path)), mBits(bits) {}
+StreamedImageFile::StreamedImageFile(std::string path, const FileLayout& layout)
+    : mPath(std::move(path)), mLayout(layout) {}
 
 StreamedImageFile::~StreamedImageFile() = default;
 
@@ -21,11 +18,9 @@ void StreamedImageFile::StartFor(const Image& image) {
     mTarget.reset();
     mError.clear();
     mImage = &image;
-    std::string extension = std::filesystem::path(mPath).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     ImageStreamOptions format;
-    format.bits = extension == ".exr" || extension == ".hdr" ? 0 : mBits;  // floats as they are
+    format.bits = mLayout.bits;
+    format.channels = mLayout.channels;
     try {
         mTarget = std::make_unique<AtomicFile>(mPath);
     } catch (const FileError& e) {
@@ -56,7 +51,7 @@ bool StreamedImageFile::Finish(const Image& image, std::string* error) {
         mWriter.reset();
         mTarget.reset();
         mImage = nullptr;
-        return image.WriteFile(mPath, mBits, error);
+        return image.WriteFile(mPath, mLayout, error);
     }
     if (!mBands) {
         *error = mError;

@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+#include "host/FileLayout.h"
+
 class AtomicFile;
 class BandWriter;
 class Image;
@@ -11,7 +13,7 @@ class ImageStreamWriter;
 /// A picture file written while a render fills its image: the rows the render reports
 /// (RenderOptions::rowFinished) go to a temporary file beside the target on a thread of their
 /// own (BandWriter), and Finish completes it from the finished image and renames it over the
-/// target. The file equals Image::WriteFile's (PNG and TIFF at the given bits, EXR as floats).
+/// target. The file equals Image::WriteFile's for the same layout (bits and channels).
 ///
 /// The file is opened at the first reported row, for that image's size. Rows of another image
 /// (a render node the target reads from, rendered before it) start the file again, so the file
@@ -19,7 +21,7 @@ class ImageStreamWriter;
 /// older file as it was.
 class StreamedImageFile {
 public:
-    StreamedImageFile(std::string path, int bits);
+    StreamedImageFile(std::string path, const FileLayout& layout);
     ~StreamedImageFile();
     StreamedImageFile(const StreamedImageFile&) = delete;
     StreamedImageFile& operator=(const StreamedImageFile&) = delete;
@@ -34,7 +36,7 @@ private:
     void StartFor(const Image& image);
 
     std::string mPath;
-    int mBits;
+    FileLayout mLayout;
     const Image* mImage = nullptr;
     std::string mError;  // why the file could not be opened
     // Destroyed in reverse: the band thread stops before the writer closes, and the temporary

@@ -329,7 +329,7 @@ bool StudioWindow::RenderDisplayTo(const QString& path, QString* error) {
     Node* display = mManager->GetDisplayNode();
     std::string message = "there is no display node to render";
     if (display != nullptr &&
-        RenderToFile(*mEngine).Render(*display, path.toStdString(), 8, &message))
+        RenderToFile(*mEngine).Render(*display, path.toStdString(), FileLayout(), &message))
         return true;
     if (error != nullptr)
         *error = QString::fromStdString(message);

@@ -12,6 +12,8 @@
 #include <optional>
 
 #include "apps/common/RenderToFile.h"
+#include "apps/texture/ProgressBar.h"
+#include "apps/texture/RenderReport.h"
 #include "host/AtomicFile.h"
 #include "host/BandWriter.h"
 #include "host/Engine.h"
@@ -89,9 +91,13 @@ std::string LargeRender::TileFileName(std::string pattern, int column, int row, 
 int LargeRender::Run(Node& node, const std::string& output, const std::string& document) {
     const LargeRenderRequest& r = mRequest;
     const std::string name = "node '" + mEngine.GetNodeId(&node) + "' (" + node.GetTypeName() + ")";
-    const auto refuse = [](const std::string& message) {
-        std::cerr << "error: " << message << "\n";
+    const auto refuse = [this](const std::string& message) {
+        mReport.Error(message);
         return 2;
+    };
+    const auto fail = [this](const std::string& message) {
+        mReport.Error(message);
+        return 1;
     };
     if (node.GetTypeName() != kRender2D)
         return refuse(name + ": --size, --tile-size and --tiles render " + kRender2D +
@@ -138,34 +144,36 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
     }
 
     const std::string extension = LowerExtension(file);
-    const bool floating = extension == "exr" || extension == "hdr";
     ImageStreamOptions format;
-    format.bits = floating ? (r.bits == 16 && extension == "exr" ? 16 : 32) : r.bits;
+    format.bits = r.layout.BitsFor(file);
+    format.channels = r.layout.channels;
     // Tiled files take each window as it comes; scanline files would hold rows back.
     format.tiled = extension == "exr" || extension == "tif" || extension == "tiff";
     format.tileSide = kFileTileSide;
     format.zipLevel = r.zipLevel;
 
-    const auto start = std::chrono::steady_clock::now();
     const bool terminal = isatty(STDERR_FILENO) != 0 && !r.quiet;
     try {
         AtomicFile target(file);
         std::string error;
         auto writer = ImageStreamWriter::Open(target.GetTemporaryPath(), region.width,
                                               region.height, format, &error, file);
-        if (!writer) {
-            std::cerr << "error: " << error << "\n";
-            return 1;
-        }
+        if (!writer)
+            return fail(error);
         const TilePlan windows =
             TilePlan::Schedule(region.width, region.height, r.tileSize, writer->FileTileSide());
         // Rows go to the file while the rest of their window renders.
         BandWriter bands(*writer);
+        ProgressBar bar(std::cerr, terminal, windows.Count());
+        mReport.SetProgressBar(&bar);
+        struct Detach {
+            RenderReport& report;
+            ~Detach() { report.SetProgressBar(nullptr); }
+        } detach{mReport};
         const RenderOptionsScope restore(mEngine);
         for (int i = 0; i < windows.Count(); ++i) {
-            if (terminal)
-                std::cerr << "\r\033[Krendering window " << i + 1 << " of " << windows.Count()
-                          << " (" << 100 * i / windows.Count() << " %)" << std::flush;
+            bar.Begin(i, "rendering window " + std::to_string(i + 1) + " of " +
+                             std::to_string(windows.Count()) + " of " + file);
             const PixelRect piece = windows.Tile(i);
             RenderOptions options = mEngine.GetRenderOptions();
             options.width = r.width;
@@ -178,6 +186,7 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
             options.rowFinished = [&bands](const Image& window, int row) {
                 bands.RowFinished(window, row);
             };
+            options.progress = [&bar](int done, int total) { bar.Lines(done, total); };
             bands.Start(piece);
             mEngine.SetRenderOptions(options);
             mEngine.MarkDirty(&node);  // only the render node: its inputs stay evaluated
@@ -185,44 +194,42 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
             {
                 const NodeValue value = mEngine.GetOutputValue(
                     &node, static_cast<unsigned>(RenderToFile::FindImageOutplug(node)));
-                if (value.GetImage() == nullptr) {
-                    std::cerr << (terminal ? "\r\033[K" : "") << "error: " << name
-                              << ": produced no image"
-                              << (node.GetStateMessage().empty() ? "" : ": ")
-                              << node.GetStateMessage() << "\n";
-                    return 1;
-                }
-                if (!bands.Finish(*value.GetImage(), &error)) {
-                    std::cerr << (terminal ? "\r\033[K" : "") << "error: " << error << "\n";
-                    return 1;
-                }
+                if (value.GetImage() == nullptr)
+                    return fail(name + ": produced no image" +
+                                (node.GetStateMessage().empty() ? "" : ": ") +
+                                node.GetStateMessage());
+                bar.Doing("writing window " + std::to_string(i + 1) + " of " +
+                          std::to_string(windows.Count()) + " to " + file);
+                if (!bands.Finish(*value.GetImage(), &error))
+                    return fail(error);
             }
             mEngine.ReleaseOutputs(&node);  // the window is in the file; free it before the next
         }
-        if (terminal)
-            std::cerr << "\r\033[K";
-        if (!writer->Close(&error)) {
-            std::cerr << "error: " << error << "\n";
-            return 1;
-        }
+        bar.Doing("finishing " + file);
+        if (!writer->Close(&error))
+            return fail(error);
         target.Commit();
+        bar.Clear();
         if (r.columns > 0) {
             manifest.bits = format.bits;
-            if (!manifest.Write(TileManifest::PathFor(file), &error)) {
-                std::cerr << "error: " << error << "\n";
-                return 1;
-            }
+            if (!manifest.Write(TileManifest::PathFor(file), &error))
+                return fail(error);
         }
-        std::cout << "rendered " << file << ": " << Size(region.width, region.height)
-                  << " pixels of a " << Size(r.width, r.height) << " output in " << windows.Count()
-                  << " window(s), "
-                  << std::chrono::duration_cast<std::chrono::milliseconds>(
-                         std::chrono::steady_clock::now() - start)
-                         .count()
-                  << " ms\n";
+        RenderReport::File written;
+        written.path = file;
+        written.node = mEngine.GetNodeId(&node);
+        written.format = extension;
+        written.width = region.width;
+        written.height = region.height;
+        written.bits = format.bits;
+        written.channels = FileLayout::ChannelsName(r.layout.channels);
+        mReport.Written(written);
+        mReport.SetSummary("rendered " + file + ": " + Size(region.width, region.height) +
+                           " pixels of a " + Size(r.width, r.height) + " output in " +
+                           std::to_string(windows.Count()) + " window(s), " +
+                           std::to_string(mReport.ElapsedMs()) + " ms");
     } catch (const FileError& failure) {
-        std::cerr << (terminal ? "\r\033[K" : "") << "error: " << failure.what() << "\n";
-        return 1;
+        return fail(failure.what());
     }
     return 0;
 }

@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "host/FileLayout.h"
 #include "host/ImageStreamWriter.h"
 
 class Engine;
 class Node;
+class RenderReport;
 
 /// How `texture render` renders one Render 2D node at a size of its own choosing.
 struct LargeRenderRequest {
@@ -15,8 +17,8 @@ struct LargeRenderRequest {
     int tileSize = 4096;  ///< --tile-size: the largest side rendered and held at once
     int columns = 0;      ///< --tiles: the split of the output into separate tasks, 0 for none
     int rows = 0;
-    int tile = 0;  ///< --tile: the task's tile, row-major from the top-left
-    int bits = 8;  ///< PNG/TIFF bits per channel; 16 stores EXR as half floats
+    int tile = 0;       ///< --tile: the task's tile, row-major from the top-left
+    FileLayout layout;  ///< --bits and --channels
     int zipLevel = ImageStreamOptions::kFastZipLevel;  ///< --compression of PNG files
     bool quiet = false;
 
@@ -30,8 +32,9 @@ struct LargeRenderRequest {
 /// beside it for `texture assemble`.
 class LargeRender {
 public:
-    LargeRender(Engine& engine, const LargeRenderRequest& request)
-        : mEngine(engine), mRequest(request) {}
+    /// Errors, warnings and the file written go to `report`.
+    LargeRender(Engine& engine, const LargeRenderRequest& request, RenderReport& report)
+        : mEngine(engine), mRequest(request), mReport(report) {}
 
     /// Checks the request against `node`, renders into `output` (for a tile the name may hold
     /// {col}, {row} and {tile}) and replaces the file atomically. `document` is the document's
@@ -47,4 +50,5 @@ public:
 private:
     Engine& mEngine;
     LargeRenderRequest mRequest;
+    RenderReport& mReport;
 };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apps/texture/LargeRender.h"
+#include "host/FileLayout.h"
 
 class Document;
 class Engine;
@@ -19,8 +20,9 @@ struct RenderRequest {
     std::vector<std::string> sets;    ///< --set NODE.ATTR=VALUE
     std::vector<std::string> sweeps;  ///< --sweep NODE.ATTR=A:B[:STEP] or =V1,V2,...
     bool keepGoing = false;  ///< write a node's image even when a node upstream of it failed
-    int bits = 8;
+    FileLayout layout;       ///< --bits and --channels
     bool quiet = false;
+    bool json = false;         ///< --json: one JSON report on the standard output
     LargeRenderRequest large;  ///< --size, --tile-size, --tiles, --tile
 };
 

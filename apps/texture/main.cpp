@@ -15,6 +15,7 @@
 #include "apps/texture/RenderCommand.h"
 #include "host/Document.h"
 #include "host/Engine.h"
+#include "host/FileLayout.h"
 #include "host/Image.h"
 #include "host/Log.h"
 #include "host/NodeInterface.h"
@@ -25,9 +26,9 @@ namespace {
 constexpr const char* kExamples = R"(
 Examples:
   texture render scene.texture.json -o out.png
-  texture render scene.texture.json --node noise --node out -O renders/ --bits 16
+  texture render scene.texture.json --node out --node preview -O renders/ --bits 16
   texture render scene.texture.json --all -O renders/ --threads 4
-  texture render scene.texture.json --set noise.octaves=6 --set noise.kind=Ridged -o out.png
+  texture render scene.texture.json --set noise.octaves=6 --set noise.color_b=[1,0.5,0,1] -o out.png
   texture render scene.texture.json --sweep noise.seed=1:64 -o 'renders/{doc}-{noise.seed}.png'
   texture render - -o out.exr < scene.texture.json    the document from standard input
   texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
@@ -44,6 +45,64 @@ missing folders are created.
 Exit status: 0 success, 1 render failure (a node in error, an image not written), 2 bad usage or
 bad document.
 The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so next to texture.)";
+
+// `texture render --help` in the order a user meets the questions, each group with examples.
+const std::pair<const char*, std::vector<const char*>> kRenderOptionGroups[] = {
+    {"What to render, and where", {"-o", "--node", "--all", "-O"}},
+    {"Changing the document", {"--set", "--sweep"}},
+    {"File format", {"--bits", "--channels"}},
+    {"Large images and tiles",
+     {"--size", "--tile-size", "--tiles", "--tile", "--compression", "--max-size"}},
+    {"Running and reporting", {"--threads", "--keep-going", "--json", "-q", "-v"}},
+};
+const std::pair<const char*, const char*> kRenderValueNames[] = {
+    {"-o", "FILE"},
+    {"-O", "DIR"},
+    {"--node", "ID"},
+    {"--set", "NODE.ATTR=VALUE"},
+    {"--sweep", "NODE.ATTR=A:B[:STEP]|V1,V2,..."},
+    {"--size", "WxH"},
+    {"--tiles", "CxR"},
+    {"--tile", "N"},
+    {"--tile-size", "N"},
+    {"--max-size", "N"},
+    {"--threads", "N"},
+    {"--bits", "8|16|32"},
+    {"--compression", "0-9|none|fast|small"},
+};
+
+constexpr const char* kRenderExamples = R"(
+What to render, and where (default: the display node of the document):
+  texture render scene.texture.json -o out.png
+  texture render scene.texture.json --node out --node preview -O renders/
+  texture render scene.texture.json --all -O 'renders/{doc}'
+  texture render - -o out.png < scene.texture.json       the document from standard input
+
+Changing the document (values as in a document, or bare numbers, words and choice items):
+  texture render scene.texture.json --set noise.octaves=6 --set noise.color_b=[1,0.5,0,1] -o out.png
+  texture render scene.texture.json --sweep noise.seed=1:64 -o 'renders/{doc}-{noise.seed}.png'
+  texture render scene.texture.json --sweep noise.seed=1,5,9 --sweep out.seamless=false,true \
+      -o 'renders/{index:03}.png'                         every combination, one image each
+  Small images of a sweep render several at once, one thread each; the files are the same.
+
+Files (format by extension: .png, .tif/.tiff, .exr; names may hold {doc}, {node}, {index} or
+{index:04} and {NODE.ATTR} of --set or --sweep; missing folders are created):
+  texture render scene.texture.json -o height.png --bits 16 --channels L   16-bit grey heightmap
+  texture render scene.texture.json -o height.exr --bits 16 --channels L   one half-float channel
+  texture render scene.texture.json -o colour.tif --channels RGB
+  Files carry no date, so the same render gives the same bytes; SOURCE_DATE_EPOCH sets one.
+
+Large images and tiles (Render 2D nodes; memory follows --tile-size, not the image):
+  texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
+  texture render scene.texture.json -o tile-{tile}.png --size 8192x8192 --tiles 3x2 --tile 4
+  texture assemble tile-*.tile.json -o full.png            join the tiles afterwards
+
+Running and reporting (a progress bar shows on a terminal):
+  texture render scene.texture.json -o out.png --threads 4 -q
+  texture render scene.texture.json --sweep noise.seed=1:8 -o '{index}.png' --json > report.json
+
+Exit status: 0 success, 1 render failure (a node in error, an image not written), 2 bad usage or
+bad document.)";
 
 int RunSelfCheck(const PluginLoader& catalogue) {
     const auto& types = catalogue.GetNodeInterfaces();
@@ -96,11 +155,13 @@ int main(int argc, char** argv) {
     CLI::App* renderCommand = app.add_subcommand("render", "render a document's images");
     renderCommand->add_option("DOC", render.document, "the graph document, - for standard input")
         ->required();
-    auto* outOption = renderCommand->add_option("-o", render.output, "the image file to write");
+    auto* outOption =
+        renderCommand->add_option("-o", render.output, "the image file to write (a name pattern)");
     renderCommand->add_option("--node", render.nodes, "render this node (repeatable)");
     auto* allOption =
         renderCommand->add_flag("--all", render.all, "render every node with an image output");
-    renderCommand->add_option("-O", render.outputFolder, "folder for ID.png files");
+    renderCommand->add_option("-O", render.outputFolder,
+                              "the folder (a name pattern) for a NODE.png file per node");
     allOption->excludes(outOption)->excludes("--node");
     renderCommand->add_option("--set", render.sets,
                               "NODE.ATTR=VALUE: set an attribute (repeatable); the value as in "
@@ -108,22 +169,23 @@ int main(int argc, char** argv) {
     renderCommand->add_option("--sweep", render.sweeps,
                               "NODE.ATTR=A:B[:STEP] or NODE.ATTR=V1,V2,...: one image per value "
                               "(repeatable: every combination)");
-    renderCommand->add_flag("--keep-going", render.keepGoing,
-                            "write an image even when a node it reads from failed");
-    renderCommand->add_option("--threads", threads, "processors to use (default: all)")
-        ->check(CLI::Validator(
-            [](const std::string& text) {
-                return text.find_first_not_of("0123456789") == std::string::npos &&
-                               text.find_first_not_of('0') != std::string::npos
-                           ? std::string()
-                           : "must be a whole number from 1 up (leave it out to use every "
-                             "processor)";
+    renderCommand
+        ->add_option("--bits", render.layout.bits,
+                     "bits per channel: 8 or 16 for PNG/TIFF (default 8), 16 (half) or 32 "
+                     "(float, the default) for EXR")
+        ->check(CLI::IsMember({8, 16, 32}));
+    renderCommand
+        ->add_option_function<std::string>(
+            "--channels",
+            [&render](const std::string& given) {
+                if (!FileLayout::ParseChannels(given, &render.layout.channels))
+                    throw CLI::ValidationError("--channels",
+                                               "expects RGBA, RGB, R or L, not '" + given + "'");
             },
-            "N"));
+            "RGBA (default), RGB, R (red alone) or L (luminance): the channels the file stores")
+        ->type_name("RGBA|RGB|R|L");
     renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
         ->check(CLI::PositiveNumber);
-    renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
-        ->check(CLI::IsMember({8, 16}));
     const auto pair = [](const char* option, int* a, int* b) {
         return [=](const std::string& given) {
             if (!LargeRender::ParseSize(given, a, b))
@@ -161,14 +223,42 @@ int main(int argc, char** argv) {
             std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
         ->check(CLI::Range(0, 9))
         ->needs(sizeOption);
-    auto* quiet = renderCommand->add_flag("-q", render.quiet, "hide Info log lines");
+    renderCommand->add_flag("--keep-going", render.keepGoing,
+                            "write an image even when a node it reads from failed");
+    renderCommand->add_option("--threads", threads, "processors to use (default: all)")
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                return text.find_first_not_of("0123456789") == std::string::npos &&
+                               text.find_first_not_of('0') != std::string::npos
+                           ? std::string()
+                           : "must be a whole number from 1 up (leave it out to use every "
+                             "processor)";
+            },
+            "N"));
+    renderCommand->add_flag("--json", render.json,
+                            "print one JSON report on the standard output: files written (size, "
+                            "format), time per node, warnings, errors");
+    auto* quiet =
+        renderCommand->add_flag("-q", render.quiet, "hide Info log lines and the progress bar");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
+    for (const auto& [group, names] : kRenderOptionGroups)
+        for (const char* name : names)
+            renderCommand->get_option(name)->group(group);
+    for (const auto& [name, type] : kRenderValueNames)
+        renderCommand->get_option(name)->option_text(type);
+    renderCommand->footer(kRenderExamples);
 
     std::string nodeType;
     bool asJson = false;
+    bool asMarkdown = false;
     CLI::App* nodesCommand = app.add_subcommand("nodes", "list the node types");
     nodesCommand->add_option("TYPE", nodeType, "only this type (display or class name)");
-    nodesCommand->add_flag("--json", asJson, "print one JSON array");
+    auto* jsonFlag = nodesCommand->add_flag("--json", asJson, "print one JSON array");
+    nodesCommand
+        ->add_flag("--markdown", asMarkdown,
+                   "print the node reference page (docs/nodes.md): value syntax and every "
+                   "attribute")
+        ->excludes(jsonFlag);
 
     std::string checkPath;
     CLI::App* checkCommand = app.add_subcommand("check", "load and validate a document only");
@@ -192,7 +282,7 @@ int main(int argc, char** argv) {
         return RunAssembleCommand(assemble);  // needs no plug-in
     if (*renderCommand && render.all && render.outputFolder.empty())
         render.outputFolder = ".";
-    large.bits = render.bits;
+    large.layout = render.layout;
     large.quiet = render.quiet;
     large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
@@ -222,7 +312,10 @@ int main(int argc, char** argv) {
         if (*renderCommand)
             exitCode = RunRenderCommand(catalogue, render);
         else if (*nodesCommand)
-            exitCode = RunNodesCommand(catalogue, nodeType, asJson);
+            exitCode = RunNodesCommand(catalogue, nodeType,
+                                       asJson       ? NodesFormat::kJson
+                                       : asMarkdown ? NodesFormat::kMarkdown
+                                                    : NodesFormat::kText);
         else if (*checkCommand)
             exitCode = RunCheck(catalogue, checkPath);
         else if (*selfCheckCommand)

@@ -95,7 +95,7 @@ TEST(StreamTest, MisuseIsRefusedWithTheReason) {
         const char* reason;
     } cases[] = {
         {"tiled.png", {0, true, 32}, {}, "cannot store tiles"},
-        {"eight_bits.exr", {8, false, 256}, {}, "bits must be 16 or 32"},
+        {"eight_bits.exr", {8, false, 256}, {}, "EXR files hold 16 (half) or 32 (float)"},
         {"tiles_off_16.tif", {8, true, 40}, {}, "multiple of 16"},
         {"zip_level.png", {0, false, 256, 10}, {}, "zip level must be 0 to 9"},
         {"outside.png", {}, {{140, 0, 20, 5}}, "not inside"},

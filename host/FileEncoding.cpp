@@ -1,0 +1,178 @@
+#include "host/FileEncoding.h"
+
+#include <OpenImageIO/imageio.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+
+#include "host/ImageLibraryError.h"
+
+namespace {
+
+float Clamp01(float value) {
+    return value > 0.0f ? std::min(value, 1.0f) : 0.0f;
+}  // NaN -> 0
+
+bool IsFloatFormat(const std::string& format) {
+    return format == "openexr" || format == "hdr";
+}
+
+// The name users know a format by, in messages.
+std::string ShownName(const std::string& format) {
+    if (format == "openexr")
+        return "EXR";
+    std::string upper = format;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return upper;
+}
+
+// The date files carry: none, so that the same render gives the same bytes, unless
+// SOURCE_DATE_EPOCH (seconds since 1970, as reproducible builds set it) names one.
+std::string FileDate() {
+    const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
+    if (epoch == nullptr || *epoch == '\0')
+        return {};
+    char* end = nullptr;
+    const long long seconds = std::strtoll(epoch, &end, 10);
+    if (*end != '\0' || seconds < 0)
+        return {};
+    const std::time_t when = static_cast<std::time_t>(seconds);
+    std::tm utc{};
+    char text[32];
+    if (gmtime_r(&when, &utc) == nullptr ||
+        std::strftime(text, sizeof text, "%Y:%m:%d %H:%M:%S", &utc) == 0)
+        return {};
+    return text;
+}
+
+// The integer level of a value: its product with the scale rounded half away from zero. For
+// these non-negative products the double sum with one half, truncated, is exact and far
+// cheaper than lround.
+std::uint16_t Level(float value, float scale) {
+    return static_cast<std::uint16_t>(static_cast<double>(Clamp01(value) * scale) + 0.5);
+}
+
+}  // namespace
+
+bool FileLayout::ParseChannels(const std::string& text, Channels* channels) {
+    std::string upper = text;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    for (Channels each : {Channels::kRgba, Channels::kRgb, Channels::kRed, Channels::kLuminance})
+        if (upper == ChannelsName(each)) {
+            *channels = each;
+            return true;
+        }
+    return false;
+}
+
+const char* FileLayout::ChannelsName(Channels channels) {
+    switch (channels) {
+        case Channels::kRgb:
+            return "RGB";
+        case Channels::kRed:
+            return "R";
+        case Channels::kLuminance:
+            return "L";
+        case Channels::kRgba:
+            break;
+    }
+    return "RGBA";
+}
+
+std::string FileLayout::ProblemFor(const std::string& path) const {
+    std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
+    if (!output) {
+        ImageLibraryError({});
+        return "'" + path + "': no image format is known for its extension";
+    }
+    FileEncoding unused;
+    std::string why;
+    return FileEncoding::Resolve(output->format_name(), output->supports("alpha"), *this, &unused,
+                                 &why)
+               ? std::string()
+               : "'" + path + "': " + why;
+}
+
+int FileLayout::BitsFor(const std::string& path) const {
+    if (bits != 0)
+        return bits;
+    std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
+    if (!output)
+        ImageLibraryError({});
+    return output && IsFloatFormat(output->format_name()) ? 32 : 8;
+}
+
+bool FileEncoding::Resolve(const std::string& format, bool alpha, const FileLayout& layout,
+                           FileEncoding* encoding, std::string* why) {
+    const bool floats = IsFloatFormat(format);
+    const int bits = layout.bits != 0 ? layout.bits : floats ? 32 : 8;
+    if (floats ? bits != 16 && bits != 32 : bits != 8 && bits != 16) {
+        *why = ShownName(format) + " files hold " +
+               (floats ? "16 (half) or 32 (float)" : "8 or 16") + " bits per channel, not " +
+               std::to_string(bits);
+        return false;
+    }
+    using Channels = FileLayout::Channels;
+    // Formats without opacity (JPEG) keep the colour of RGBA, as they always did.
+    encoding->mChannels =
+        layout.channels == Channels::kRgba && !alpha ? Channels::kRgb : layout.channels;
+    encoding->mChannelCount = encoding->mChannels == Channels::kRgba  ? 4
+                              : encoding->mChannels == Channels::kRgb ? 3
+                                                                      : 1;
+    encoding->mBits = bits;
+    encoding->mFloats = floats;
+    encoding->mDataType = floats       ? OIIO::TypeDesc::FLOAT
+                          : bits == 16 ? OIIO::TypeDesc::UINT16
+                                       : OIIO::TypeDesc::UINT8;
+    return true;
+}
+
+OIIO::ImageSpec FileEncoding::Spec(int width, int height) const {
+    const OIIO::TypeDesc stored = mFloats && mBits == 16 ? OIIO::TypeDesc::HALF : mDataType;
+    OIIO::ImageSpec spec(width, height, mChannelCount, stored);
+    if (mChannelCount == 1) {
+        spec.channelnames = {mChannels == FileLayout::Channels::kRed ? "R" : "Y"};
+        spec.alpha_channel = -1;
+    } else if (mChannelCount == 3) {
+        spec.alpha_channel = -1;
+    }
+    if (!mFloats)
+        spec.attribute("oiio:UnassociatedAlpha", 1);  // opacity stored as given
+    // An empty date keeps the library from stamping the time of writing.
+    spec.attribute("DateTime", FileDate());
+    return spec;
+}
+
+void FileEncoding::Encode(const float* rgbo, unsigned char* out) const {
+    float single = rgbo[0];
+    if (mChannels == FileLayout::Channels::kLuminance)
+        single = 0.2126f * rgbo[0] + 0.7152f * rgbo[1] + 0.0722f * rgbo[2];
+    const float scale = mBits == 16 ? 65535.0f : 255.0f;
+    for (int c = 0; c < mChannelCount; ++c) {
+        const float value = mChannelCount == 1 ? single : rgbo[c];
+        if (mFloats) {
+            std::memcpy(out + c * sizeof(float), &value, sizeof(float));
+            continue;
+        }
+        const auto level = Level(value, scale);
+        if (mBits == 8)
+            out[c] = static_cast<std::uint8_t>(level);
+        else
+            std::memcpy(out + c * sizeof level, &level, sizeof level);
+    }
+}
+
+void FileEncoding::EncodeRow(const float* rgbo, int pixels, unsigned char* out) const {
+    const std::size_t bytes = PixelBytes();
+    for (int p = 0; p < pixels; ++p, rgbo += 4, out += bytes)
+        Encode(rgbo, out);
+}
