@@ -7,6 +7,7 @@
 #include "hwy/highway.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 #include "noisepp/core/Pipeline.h"
@@ -256,41 +257,33 @@ HWY_INLINE V cornerFromTerms(V gx, V gy, V gz, V dx) {
         return gx;
 }
 
-/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other:
-/// lanes in two neighbouring cells (a cell boundary at ordinary zoom) select between the two
-/// cells' terms; more cells read them from the row's table by permutation. False (nothing
-/// written) for lanes farther apart. Kept out of line so that the one-cell loop stays small.
+/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other, read
+/// from the row's table by permutation. False (nothing written) for lanes farther apart or not
+/// numbers.
 template <int Quality>
-HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+HWY_INLINE bool cornersFromTable(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
     const DL dl;
-    if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
-        return false;
-    const V lowest = hn::MinOfLanes(d, x.cell);
-    const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
     const std::size_t lanes = hn::Lanes(d);
-    const V dx[2] = {x.lowerOffset, x.upperOffset};
-    if (span == 1.0) {
-        const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
-        const auto inLower = hn::Eq(x.cell, lowest);
-        for (int c = 0; c < 8; ++c) {
-            const int k = c >> 1;
-            const auto lower = row.termsAt(first + (c & 1), k);
-            const auto upper = row.termsAt(first + (c & 1) + 1, k);
-            const auto pick = [&](double a, double b) {
-                return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
-            };
-            corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
-                                                  pick(lower.z, upper.z), dx[c & 1]);
-        }
-        return true;
+    const V limit = hn::Set(d, static_cast<double>(lanes));
+    // Along a line x grows, so the first lane's cell is nearly always the lowest: checking that
+    // is shorter than finding the lowest, and this test is on the path of every vector.
+    V lowest = hn::Set(d, hn::GetLane(x.cell));
+    V offset = hn::Sub(x.cell, lowest);
+    if (HWY_UNLIKELY(
+            !hn::AllTrue(d, hn::And(hn::Ge(offset, hn::Zero(d)), hn::Lt(offset, limit))))) {
+        if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
+            return false;
+        lowest = hn::MinOfLanes(d, x.cell);
+        offset = hn::Sub(x.cell, lowest);
+        if (!hn::AllTrue(d, hn::Lt(offset, limit)))
+            return false;
     }
-    if (!(span < static_cast<double>(lanes)))
-        return false;
     // Lattice points lowest ... lowest + lanes: the lower corners of every lane and the upper.
     const std::ptrdiff_t at = row.window(hn::GetLane(lowest), lanes + 1);
     if (at < 0)
         return false;
-    const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, hn::Sub(x.cell, lowest)));
+    const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, offset));
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
     for (int c = 0; c < 8; ++c) {
         const int k = c >> 1;
         const auto from = static_cast<std::size_t>(at + (c & 1));
@@ -307,19 +300,60 @@ HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V
     return true;
 }
 
-/// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
-/// A row's corner table, where there is one, serves the lanes that are not all in one cell.
+/// The eight corner values of a row's lanes that straddle cell boundaries where cells are wide:
+/// lanes in two neighbouring cells select between the two cells' terms, more cells read the
+/// row's table. False (nothing written) for lanes farther apart. Kept out of line so that the
+/// one-cell loop stays small.
 template <int Quality>
-HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
-                           bool oneCell, RowCorners<Quality>* row) {
-    V c[8];
-    if (oneCell)
-        cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
-    else if (row == nullptr || !cornersFromRow<Quality>(d, x, *row, c))
-        cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+HWY_NOINLINE bool cornersAtBoundary(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+    const V lowest = hn::MinOfLanes(d, x.cell);
+    const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
+    if (span != 1.0)
+        return cornersFromTable<Quality>(d, x, row, corners);
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
+    const auto inLower = hn::Eq(x.cell, lowest);
+    for (int c = 0; c < 8; ++c) {
+        const int k = c >> 1;
+        const auto lower = row.termsAt(first + (c & 1), k);
+        const auto upper = row.termsAt(first + (c & 1) + 1, k);
+        const auto pick = [&](double a, double b) {
+            return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
+        };
+        corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
+                                              pick(lower.z, upper.z), dx[c & 1]);
+    }
+    return true;
+}
+
+/// Blends the eight corner values of the lanes' cells into the noise value.
+HWY_INLINE V blendCorners(D d, const V* c, const Axis& x, const Axis& y, const Axis& z) {
     const V y00 = lerp(d, lerp(d, c[0], c[1], x.weight), lerp(d, c[2], c[3], x.weight), y.weight);
     const V y01 = lerp(d, lerp(d, c[4], c[5], x.weight), lerp(d, c[6], c[7], x.weight), y.weight);
     return lerp(d, y00, y01, z.weight);
+}
+
+/// How a row's lanes find their corners in an octave: where cells are wide most vectors lie in
+/// one cell; where they are a few points wide nearly every vector spans several, and the row's
+/// table serves them all.
+enum class RowCells { Wide, Narrow };
+
+/// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
+/// A row's corner table, where there is one, serves the lanes that are not all in one cell.
+template <int Quality, RowCells Cells>
+HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
+                           bool oneCell, RowCorners<Quality>* row) {
+    V c[8];
+    if constexpr (Cells == RowCells::Narrow) {
+        if (!cornersFromTable<Quality>(d, x, *row, c))
+            cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+    } else {
+        if (oneCell)
+            cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
+        else if (row == nullptr || !cornersAtBoundary<Quality>(d, x, *row, c))
+            cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+    }
+    return blendCorners(d, c, x, y, z);
 }
 
 /// The per-octave constants of the octave loop.
@@ -365,14 +399,14 @@ HWY_INLINE void combine(D d, const FractalRun& run, const Octave& octave, V v, d
 }
 
 /// One octave over Lanes(d) points: x, y, z (y, z unused for a row) at the given lanes.
-template <int Quality>
+template <int Quality, RowCells Cells>
 HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, const Axis* rowY,
                            const Axis* rowZ, RowCorners<Quality>* rowCorners, const double* x,
                            const double* y, const double* z, double* sum, double* feedback) {
     const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency)));
     V noise;
     if (rowY != nullptr) {
-        noise = coherentNoise<Quality>(d, ax, *rowY, *rowZ, octave.seedHash,
+        noise = coherentNoise<Quality, Cells>(d, ax, *rowY, *rowZ, octave.seedHash,
                                        octave.rowInOneCell && isUniform(d, ax.cell),
                                        octave.rowInOneCell ? rowCorners : nullptr);
     } else {
@@ -380,9 +414,55 @@ HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, con
         const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
         const bool sameCell =
             isUniform(d, ax.cell) && isUniform(d, ay.cell) && isUniform(d, az.cell);
-        noise = coherentNoise<Quality>(d, ax, ay, az, octave.seedHash, sameCell, nullptr);
+        noise = coherentNoise<Quality, RowCells::Wide>(d, ax, ay, az, octave.seedHash, sameCell,
+                                                       nullptr);
     }
     combine(d, run, octave, hn::Mul(noise, hn::Set(d, run.scale)), sum, feedback);
+}
+
+/// Whether an octave's cells along a row are narrower than two vectors of points on average,
+/// so that most vectors span several cells.
+HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::size_t lanes) {
+    const double cells = std::abs(points.x[points.count - 1] - points.x[0]) * frequency;
+    return cells * static_cast<double>(2 * lanes) > static_cast<double>(points.count);
+}
+
+/// One octave over the whole run.
+template <int Quality, RowCells Cells>
+HWY_INLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
+                              const Axis* az, RowCorners<Quality>* corners,
+                              const PointRun& points, double* sum, double* feedback) {
+    const std::size_t lanes = hn::Lanes(d);
+    const bool row = points.y == nullptr;
+    const std::size_t full = points.count - points.count % lanes;
+    const std::size_t tail = points.count - full;
+    // Only the ridged shape has feedback; the others get a scratch vector they never read.
+    HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
+    const bool ridged = run.shape == FractalShape::Ridged;
+    for (std::size_t i = 0; i < full; i += lanes) {
+        octaveStep<Quality, Cells>(d, run, octave, ay, az, corners, points.x + i,
+                                   row ? nullptr : points.y + i, row ? nullptr : points.z + i,
+                                   sum + i, ridged ? feedback + i : unusedFeedback);
+    }
+    if (tail > 0) {
+        // The last, partial vector runs on copies padded with the run's last point.
+        HWY_ALIGN double tx[kMaxLanes], ty[kMaxLanes], tz[kMaxLanes];
+        HWY_ALIGN double ts[kMaxLanes], tf[kMaxLanes];
+        for (std::size_t k = 0; k < lanes; ++k) {
+            const std::size_t from = full + std::min(k, tail - 1);
+            tx[k] = points.x[from];
+            ty[k] = row ? 0.0 : points.y[from];
+            tz[k] = row ? 0.0 : points.z[from];
+            ts[k] = sum[from];
+            tf[k] = ridged ? feedback[from] : 1.0;
+        }
+        octaveStep<Quality, Cells>(d, run, octave, ay, az, corners, tx, ty, tz, ts, tf);
+        for (std::size_t k = 0; k < tail; ++k) {
+            sum[full + k] = ts[k];
+            if (ridged)
+                feedback[full + k] = tf[k];
+        }
+    }
 }
 
 template <int Quality>
@@ -396,10 +476,6 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
     const OctaveTable& table = *run.octaves;
     const std::size_t whole = table.getWholeOctaveCount();
     const bool row = points.y == nullptr;
-    const std::size_t full = points.count - points.count % lanes;
-    const std::size_t tail = points.count - full;
-    // Only the ridged shape has feedback; the others get a scratch vector they never read.
-    HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
 
     for (std::size_t o = 0; o <= whole; ++o) {
         const bool partial = o == whole;
@@ -424,30 +500,12 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
         const Axis* az = row ? &rowZ : nullptr;
         RowCorners<Quality> rowCorners(rowY, rowZ, octave.seedHash);
         RowCorners<Quality>* corners = row ? &rowCorners : nullptr;
-        const bool ridged = run.shape == FractalShape::Ridged;
-        for (std::size_t i = 0; i < full; i += lanes) {
-            octaveStep<Quality>(d, run, octave, ay, az, corners, points.x + i,
-                                row ? nullptr : points.y + i, row ? nullptr : points.z + i, sum + i,
-                                ridged ? feedback + i : unusedFeedback);
-        }
-        if (tail > 0) {
-            // The last, partial vector runs on copies padded with the run's last point.
-            HWY_ALIGN double tx[kMaxLanes], ty[kMaxLanes], tz[kMaxLanes];
-            HWY_ALIGN double ts[kMaxLanes], tf[kMaxLanes];
-            for (std::size_t k = 0; k < lanes; ++k) {
-                const std::size_t from = full + std::min(k, tail - 1);
-                tx[k] = points.x[from];
-                ty[k] = row ? 0.0 : points.y[from];
-                tz[k] = row ? 0.0 : points.z[from];
-                ts[k] = sum[from];
-                tf[k] = ridged ? feedback[from] : 1.0;
-            }
-            octaveStep<Quality>(d, run, octave, ay, az, corners, tx, ty, tz, ts, tf);
-            for (std::size_t k = 0; k < tail; ++k) {
-                sum[full + k] = ts[k];
-                if (ridged)
-                    feedback[full + k] = tf[k];
-            }
+        if (octave.rowInOneCell && cellsAreNarrow(points, record.frequency, lanes)) {
+            octaveOverRun<Quality, RowCells::Narrow>(d, run, octave, ay, az, corners, points, sum,
+                                                     feedback);
+        } else {
+            octaveOverRun<Quality, RowCells::Wide>(d, run, octave, ay, az, corners, points, sum,
+                                                   feedback);
         }
     }
 }
