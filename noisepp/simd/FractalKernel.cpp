@@ -157,6 +157,50 @@ HWY_INLINE void cornersOfOneCell(D d, const Axis& x, const Axis& y, const Axis& 
     }
 }
 
+// Gradient records (x, y, z, padding) are transposed kBlock at a time into vectors of x, y
+// and z parts, two 128-bit halves per record.
+#if HWY_TARGET <= HWY_AVX2
+using DB = hn::Full256<double>;
+constexpr std::size_t kBlock = 4;
+#elif HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using DB = D;
+constexpr std::size_t kBlock = 1;
+#else
+using DB = hn::Full128<double>;
+constexpr std::size_t kBlock = 2;
+#endif
+using VB = hn::Vec<DB>;
+
+HWY_INLINE void transposeRecords(const double* const* records, VB& x, VB& y, VB& z) {
+#if HWY_TARGET <= HWY_AVX2
+    const DB db;
+    const hn::Full128<double> dh;
+    const auto pair = [&](std::size_t upper, std::size_t lower, std::size_t half) {
+        return hn::Combine(db, hn::LoadU(dh, records[upper] + half),
+                           hn::LoadU(dh, records[lower] + half));
+    };
+    // Per 128-bit block: (x0 y0 | x2 y2) and (x1 y1 | x3 y3) interleave to x0 x1 x2 x3 and
+    // y0 y1 y2 y3; the z halves likewise.
+    const VB even = pair(2, 0, 0);
+    const VB odd = pair(3, 1, 0);
+    x = hn::InterleaveLower(db, even, odd);
+    y = hn::InterleaveUpper(db, even, odd);
+    z = hn::InterleaveLower(db, pair(2, 0, 2), pair(3, 1, 2));
+#elif HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+    const DB db;
+    x = hn::Set(db, records[0][0]);
+    y = hn::Set(db, records[0][1]);
+    z = hn::Set(db, records[0][2]);
+#else
+    const DB db;
+    const VB first = hn::LoadU(db, records[0]);
+    const VB second = hn::LoadU(db, records[1]);
+    x = hn::InterleaveLower(db, first, second);
+    y = hn::InterleaveUpper(db, first, second);
+    z = hn::InterleaveLower(db, hn::LoadU(db, records[0] + 2), hn::LoadU(db, records[1] + 2));
+#endif
+}
+
 /// The corner terms of a row's lattice points along x for one octave, for lanes whose cells
 /// differ: per lattice point X and (y, z) corner k = y + 2z, the gradient's x part and its y
 /// and z parts already multiplied by the row's offsets (value noise: the corner value). A row
@@ -197,8 +241,8 @@ public:
         // Where vectors keep coming (cells of a few pixels), fill ahead: the next vectors'
         // loads then find stores that have left the store buffer instead of waiting for them.
         const std::size_t end = continues ? std::min(start + 2 * count, kCapacity) : count;
-        for (; mFilled < end; ++mFilled)
-            fill(mFilled);
+        for (; mFilled < end; mFilled += kBlock)
+            fillBlock(mFilled);
         return static_cast<std::ptrdiff_t>(start);
     }
 
@@ -224,6 +268,35 @@ public:
 
 private:
     static constexpr std::size_t kCapacity = PipelineElement3D::kRunLength + 2 * kMaxLanes;
+    static_assert(kCapacity % kBlock == 0);
+
+    /// Fills entries entry ... entry + kBlock - 1. Gradient records are loaded whole and
+    /// transposed into x, y and z vectors, so that entries are stored a vector at a time:
+    /// scalar stores cost more than the loads and hold up the permutations' vector loads.
+    void fillBlock(std::size_t entry) {
+        if constexpr (Quality <= kGradientQuintic && kBlock > 1) {
+            const DB db;
+            const auto first =
+                static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
+            const std::uint32_t hashX = 1619u * static_cast<std::uint32_t>(first);
+            for (int k = 0; k < 4; ++k) {
+                const double* records[kBlock];
+                for (std::size_t i = 0; i < kBlock; ++i) {
+                    const std::uint32_t h =
+                        hashX + 1619u * static_cast<std::uint32_t>(i) + mHashYZ[k];
+                    records[i] = &kGradientTable[((h ^ (h >> 8)) & 255u) * 4u];
+                }
+                VB gx, gy, gz;
+                transposeRecords(records, gx, gy, gz);
+                hn::Store(gx, db, mX[k] + entry);
+                hn::Store(hn::Mul(gy, hn::Set(db, mOffsetY[k])), db, mY[k] + entry);
+                hn::Store(hn::Mul(gz, hn::Set(db, mOffsetZ[k])), db, mZ[k] + entry);
+            }
+        } else {
+            for (std::size_t i = 0; i < kBlock; ++i)
+                fill(entry + i);
+        }
+    }
 
     void fill(std::size_t entry) {
         const auto cell = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
@@ -242,9 +315,9 @@ private:
     double mOffsetZ[4];
     double mFirst = 0.0;
     std::size_t mFilled = 0;
-    double mX[4][kCapacity];
-    double mY[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
-    double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+    HWY_ALIGN double mX[4][kCapacity];
+    HWY_ALIGN double mY[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+    HWY_ALIGN double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
 };
 
 /// One corner's value from its terms for the lanes: (gx dx + gy dy) + gz dz, with gy dy and
