@@ -251,7 +251,7 @@ public:
         double x, y, z;
     };
     Terms termsAt(std::int32_t cell, int k) const {
-        const std::uint32_t h = 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+        const std::uint32_t h = hashOf(cell, k);
         const unsigned index = (h ^ (h >> 8)) & 255u;
         if constexpr (Quality <= kGradientQuintic) {
             const double* g = &kGradientTable[index * 4u];
@@ -259,6 +259,12 @@ public:
         } else {
             return {kValueTable[index], 0.0, 0.0};
         }
+    }
+
+    /// The corner hash of lattice point `cell` along x and (y, z) corner k: every lattice point
+    /// of the table goes through here.
+    std::uint32_t hashOf(std::int32_t cell, int k) const {
+        return 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
     }
 
     /// The x-gradients (value noise: values) and the y and z terms of corner k, by entry.
@@ -278,12 +284,10 @@ private:
             const DB db;
             const auto first =
                 static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
-            const std::uint32_t hashX = 1619u * static_cast<std::uint32_t>(first);
             for (int k = 0; k < 4; ++k) {
                 const double* records[kBlock];
                 for (std::size_t i = 0; i < kBlock; ++i) {
-                    const std::uint32_t h =
-                        hashX + 1619u * static_cast<std::uint32_t>(i) + mHashYZ[k];
+                    const std::uint32_t h = hashOf(first + static_cast<std::int32_t>(i), k);
                     records[i] = &kGradientTable[((h ^ (h >> 8)) & 255u) * 4u];
                 }
                 VB gx, gy, gz;
@@ -493,11 +497,12 @@ HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, con
     combine(d, run, octave, hn::Mul(noise, hn::Set(d, run.scale)), sum, feedback);
 }
 
-/// Whether an octave's cells along a row are narrower than two vectors of points on average,
-/// so that most vectors span several cells.
+/// Whether an octave's cells along a row are narrower than a vector of points on average, so
+/// that most vectors span several cells. (At two or three vectors a cell the one-cell loop with
+/// its boundary case is still faster.)
 HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::size_t lanes) {
     const double cells = std::abs(points.x[points.count - 1] - points.x[0]) * frequency;
-    return cells * static_cast<double>(2 * lanes) > static_cast<double>(points.count);
+    return cells * static_cast<double>(lanes) > static_cast<double>(points.count);
 }
 
 /// One octave over the whole run.
