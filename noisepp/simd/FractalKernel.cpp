@@ -507,7 +507,7 @@ HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::si
 
 /// One octave over the whole run.
 template <int Quality, RowCells Cells>
-HWY_INLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
+HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
                               const Axis* az, RowCorners<Quality>* corners,
                               const PointRun& points, double* sum, double* feedback) {
     const std::size_t lanes = hn::Lanes(d);
