@@ -517,6 +517,19 @@ HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave
     // Only the ridged shape has feedback; the others get a scratch vector they never read.
     HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
     const bool ridged = run.shape == FractalShape::Ridged;
+    if constexpr (Cells == RowCells::Narrow) {
+        // An ascending run fills the table for all its lattice points before the first vector
+        // reads it: one tight loop, and the vectors' loads never wait for the stores.
+        const auto cellAt = [&](std::size_t i) {
+            return hn::GetLane(
+                makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.x[i]), octave.frequency)))
+                    .cell);
+        };
+        const double first = cellAt(0);
+        const double span = cellAt(points.count - 1) - first;
+        if (span >= 0.0 && span < static_cast<double>(points.count))
+            corners->window(first, static_cast<std::size_t>(span) + 2);
+    }
     for (std::size_t i = 0; i < full; i += lanes) {
         octaveStep<Quality, Cells>(d, run, octave, ay, az, corners, points.x + i,
                                    row ? nullptr : points.y + i, row ? nullptr : points.z + i,
