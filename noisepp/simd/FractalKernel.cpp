@@ -282,8 +282,7 @@ private:
     void fillBlock(std::size_t entry) {
         if constexpr (Quality <= kGradientQuintic && kBlock > 1) {
             const DB db;
-            const auto first =
-                static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
+            const auto first = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
             for (int k = 0; k < 4; ++k) {
                 const double* records[kBlock];
                 for (std::size_t i = 0; i < kBlock; ++i) {
@@ -484,8 +483,8 @@ HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, con
     V noise;
     if (rowY != nullptr) {
         noise = coherentNoise<Quality, Cells>(d, ax, *rowY, *rowZ, octave.seedHash,
-                                       octave.rowInOneCell && isUniform(d, ax.cell),
-                                       octave.rowInOneCell ? rowCorners : nullptr);
+                                              octave.rowInOneCell && isUniform(d, ax.cell),
+                                              octave.rowInOneCell ? rowCorners : nullptr);
     } else {
         const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency)));
         const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
@@ -501,6 +500,8 @@ HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, con
 /// that most vectors span several cells. (At two or three vectors a cell the one-cell loop with
 /// its boundary case is still faster.)
 HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::size_t lanes) {
+    if (points.count == 0)
+        return false;
     const double cells = std::abs(points.x[points.count - 1] - points.x[0]) * frequency;
     return cells * static_cast<double>(lanes) > static_cast<double>(points.count);
 }
