@@ -508,18 +508,9 @@ HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::si
 
 /// One octave over the whole run.
 template <int Quality, RowCells Cells>
-HWY_NOINLINE void octaveOverRun(D d, const FractalRun& settings, const Octave& octaveOfRun,
-                                const Axis* sharedY, const Axis* sharedZ,
-                                RowCorners<Quality>* corners, const PointRun& points, double* sum,
-                                double* feedback) {
-    // Local copies: the stores to sum and feedback cannot touch them, so they stay in registers
-    // instead of being read again for every vector.
-    const FractalRun run = settings;
-    const Octave octave = octaveOfRun;
-    const Axis rowY = sharedY != nullptr ? *sharedY : Axis{};
-    const Axis rowZ = sharedZ != nullptr ? *sharedZ : Axis{};
-    const Axis* ay = sharedY != nullptr ? &rowY : nullptr;
-    const Axis* az = sharedZ != nullptr ? &rowZ : nullptr;
+HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
+                              const Axis* az, RowCorners<Quality>* corners,
+                              const PointRun& points, double* sum, double* feedback) {
     const std::size_t lanes = hn::Lanes(d);
     const bool row = points.y == nullptr;
     const std::size_t full = points.count - points.count % lanes;
@@ -569,7 +560,9 @@ HWY_NOINLINE void octaveOverRun(D d, const FractalRun& settings, const Octave& o
 template <int Quality>
 void accumulateLevel(const FractalRun& settings, const PointRun& points, double* sum,
                      double* feedback) {
-    const FractalRun& run = settings;
+    // A local copy: the stores to sum and feedback cannot touch it, so its fields stay in
+    // registers instead of being read again for every vector.
+    const FractalRun run = settings;
     const D d;
     const std::size_t lanes = hn::Lanes(d);
     const OctaveTable& table = *run.octaves;
