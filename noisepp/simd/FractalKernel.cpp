@@ -509,8 +509,8 @@ HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::si
 /// One octave over the whole run.
 template <int Quality, RowCells Cells>
 HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
-                              const Axis* az, RowCorners<Quality>* corners,
-                              const PointRun& points, double* sum, double* feedback) {
+                                const Axis* az, RowCorners<Quality>* corners,
+                                const PointRun& points, double* sum, double* feedback) {
     const std::size_t lanes = hn::Lanes(d);
     const bool row = points.y == nullptr;
     const std::size_t full = points.count - points.count % lanes;
