@@ -7,6 +7,7 @@
 #include "hwy/highway.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 #include "noisepp/core/Pipeline.h"
@@ -156,6 +157,50 @@ HWY_INLINE void cornersOfOneCell(D d, const Axis& x, const Axis& y, const Axis& 
     }
 }
 
+// Gradient records (x, y, z, padding) are transposed kBlock at a time into vectors of x, y
+// and z parts, two 128-bit halves per record.
+#if HWY_TARGET <= HWY_AVX2
+using DB = hn::Full256<double>;
+constexpr std::size_t kBlock = 4;
+#elif HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using DB = D;
+constexpr std::size_t kBlock = 1;
+#else
+using DB = hn::Full128<double>;
+constexpr std::size_t kBlock = 2;
+#endif
+using VB = hn::Vec<DB>;
+
+HWY_INLINE void transposeRecords(const double* const* records, VB& x, VB& y, VB& z) {
+#if HWY_TARGET <= HWY_AVX2
+    const DB db;
+    const hn::Full128<double> dh;
+    const auto pair = [&](std::size_t upper, std::size_t lower, std::size_t half) {
+        return hn::Combine(db, hn::LoadU(dh, records[upper] + half),
+                           hn::LoadU(dh, records[lower] + half));
+    };
+    // Per 128-bit block: (x0 y0 | x2 y2) and (x1 y1 | x3 y3) interleave to x0 x1 x2 x3 and
+    // y0 y1 y2 y3; the z halves likewise.
+    const VB even = pair(2, 0, 0);
+    const VB odd = pair(3, 1, 0);
+    x = hn::InterleaveLower(db, even, odd);
+    y = hn::InterleaveUpper(db, even, odd);
+    z = hn::InterleaveLower(db, pair(2, 0, 2), pair(3, 1, 2));
+#elif HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+    const DB db;
+    x = hn::Set(db, records[0][0]);
+    y = hn::Set(db, records[0][1]);
+    z = hn::Set(db, records[0][2]);
+#else
+    const DB db;
+    const VB first = hn::LoadU(db, records[0]);
+    const VB second = hn::LoadU(db, records[1]);
+    x = hn::InterleaveLower(db, first, second);
+    y = hn::InterleaveUpper(db, first, second);
+    z = hn::InterleaveLower(db, hn::LoadU(db, records[0] + 2), hn::LoadU(db, records[1] + 2));
+#endif
+}
+
 /// The corner terms of a row's lattice points along x for one octave, for lanes whose cells
 /// differ: per lattice point X and (y, z) corner k = y + 2z, the gradient's x part and its y
 /// and z parts already multiplied by the row's offsets (value noise: the corner value). A row
@@ -196,8 +241,8 @@ public:
         // Where vectors keep coming (cells of a few pixels), fill ahead: the next vectors'
         // loads then find stores that have left the store buffer instead of waiting for them.
         const std::size_t end = continues ? std::min(start + 2 * count, kCapacity) : count;
-        for (; mFilled < end; ++mFilled)
-            fill(mFilled);
+        for (; mFilled < end; mFilled += kBlock)
+            fillBlock(mFilled);
         return static_cast<std::ptrdiff_t>(start);
     }
 
@@ -206,7 +251,7 @@ public:
         double x, y, z;
     };
     Terms termsAt(std::int32_t cell, int k) const {
-        const std::uint32_t h = 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+        const std::uint32_t h = hashOf(cell, k);
         const unsigned index = (h ^ (h >> 8)) & 255u;
         if constexpr (Quality <= kGradientQuintic) {
             const double* g = &kGradientTable[index * 4u];
@@ -216,6 +261,12 @@ public:
         }
     }
 
+    /// The corner hash of lattice point `cell` along x and (y, z) corner k: every lattice point
+    /// of the table goes through here.
+    std::uint32_t hashOf(std::int32_t cell, int k) const {
+        return 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+    }
+
     /// The x-gradients (value noise: values) and the y and z terms of corner k, by entry.
     const double* gradientX(int k) const { return mX[k]; }
     const double* termY(int k) const { return mY[k]; }
@@ -223,6 +274,32 @@ public:
 
 private:
     static constexpr std::size_t kCapacity = PipelineElement3D::kRunLength + 2 * kMaxLanes;
+    static_assert(kCapacity % kBlock == 0);
+
+    /// Fills entries entry ... entry + kBlock - 1. Gradient records are loaded whole and
+    /// transposed into x, y and z vectors, so that entries are stored a vector at a time:
+    /// scalar stores cost more than the loads and hold up the permutations' vector loads.
+    void fillBlock(std::size_t entry) {
+        if constexpr (Quality <= kGradientQuintic && kBlock > 1) {
+            const DB db;
+            const auto first = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
+            for (int k = 0; k < 4; ++k) {
+                const double* records[kBlock];
+                for (std::size_t i = 0; i < kBlock; ++i) {
+                    const std::uint32_t h = hashOf(first + static_cast<std::int32_t>(i), k);
+                    records[i] = &kGradientTable[((h ^ (h >> 8)) & 255u) * 4u];
+                }
+                VB gx, gy, gz;
+                transposeRecords(records, gx, gy, gz);
+                hn::Store(gx, db, mX[k] + entry);
+                hn::Store(hn::Mul(gy, hn::Set(db, mOffsetY[k])), db, mY[k] + entry);
+                hn::Store(hn::Mul(gz, hn::Set(db, mOffsetZ[k])), db, mZ[k] + entry);
+            }
+        } else {
+            for (std::size_t i = 0; i < kBlock; ++i)
+                fill(entry + i);
+        }
+    }
 
     void fill(std::size_t entry) {
         const auto cell = static_cast<std::int32_t>(mFirst) + static_cast<std::int32_t>(entry);
@@ -241,9 +318,9 @@ private:
     double mOffsetZ[4];
     double mFirst = 0.0;
     std::size_t mFilled = 0;
-    double mX[4][kCapacity];
-    double mY[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
-    double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+    HWY_ALIGN double mX[4][kCapacity];
+    HWY_ALIGN double mY[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
+    HWY_ALIGN double mZ[Quality <= kGradientQuintic ? 4 : 1][kCapacity];
 };
 
 /// One corner's value from its terms for the lanes: (gx dx + gy dy) + gz dz, with gy dy and
@@ -256,41 +333,33 @@ HWY_INLINE V cornerFromTerms(V gx, V gy, V gz, V dx) {
         return gx;
 }
 
-/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other:
-/// lanes in two neighbouring cells (a cell boundary at ordinary zoom) select between the two
-/// cells' terms; more cells read them from the row's table by permutation. False (nothing
-/// written) for lanes farther apart. Kept out of line so that the one-cell loop stays small.
+/// The eight corner values of a row's lanes whose cells lie within Lanes(d) of each other, read
+/// from the row's table by permutation. False (nothing written) for lanes farther apart or not
+/// numbers.
 template <int Quality>
-HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+HWY_INLINE bool cornersFromTable(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
     const DL dl;
-    if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
-        return false;
-    const V lowest = hn::MinOfLanes(d, x.cell);
-    const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
     const std::size_t lanes = hn::Lanes(d);
-    const V dx[2] = {x.lowerOffset, x.upperOffset};
-    if (span == 1.0) {
-        const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
-        const auto inLower = hn::Eq(x.cell, lowest);
-        for (int c = 0; c < 8; ++c) {
-            const int k = c >> 1;
-            const auto lower = row.termsAt(first + (c & 1), k);
-            const auto upper = row.termsAt(first + (c & 1) + 1, k);
-            const auto pick = [&](double a, double b) {
-                return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
-            };
-            corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
-                                                  pick(lower.z, upper.z), dx[c & 1]);
-        }
-        return true;
+    const V limit = hn::Set(d, static_cast<double>(lanes));
+    // Along a line x grows, so the first lane's cell is nearly always the lowest: checking that
+    // is shorter than finding the lowest, and this test is on the path of every vector.
+    V lowest = hn::Set(d, hn::GetLane(x.cell));
+    V offset = hn::Sub(x.cell, lowest);
+    if (HWY_UNLIKELY(
+            !hn::AllTrue(d, hn::And(hn::Ge(offset, hn::Zero(d)), hn::Lt(offset, limit))))) {
+        if (!hn::AllFalse(d, hn::IsNaN(x.cell)))
+            return false;
+        lowest = hn::MinOfLanes(d, x.cell);
+        offset = hn::Sub(x.cell, lowest);
+        if (!hn::AllTrue(d, hn::Lt(offset, limit)))
+            return false;
     }
-    if (!(span < static_cast<double>(lanes)))
-        return false;
     // Lattice points lowest ... lowest + lanes: the lower corners of every lane and the upper.
     const std::ptrdiff_t at = row.window(hn::GetLane(lowest), lanes + 1);
     if (at < 0)
         return false;
-    const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, hn::Sub(x.cell, lowest)));
+    const auto lane = hn::IndicesFromVec(d, hn::ConvertTo(dl, offset));
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
     for (int c = 0; c < 8; ++c) {
         const int k = c >> 1;
         const auto from = static_cast<std::size_t>(at + (c & 1));
@@ -307,19 +376,60 @@ HWY_NOINLINE bool cornersFromRow(D d, const Axis& x, RowCorners<Quality>& row, V
     return true;
 }
 
-/// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
-/// A row's corner table, where there is one, serves the lanes that are not all in one cell.
+/// The eight corner values of a row's lanes that straddle cell boundaries where cells are wide:
+/// lanes in two neighbouring cells select between the two cells' terms, more cells read the
+/// row's table. False (nothing written) for lanes farther apart. Kept out of line so that the
+/// one-cell loop stays small.
 template <int Quality>
-HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
-                           bool oneCell, RowCorners<Quality>* row) {
-    V c[8];
-    if (oneCell)
-        cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
-    else if (row == nullptr || !cornersFromRow<Quality>(d, x, *row, c))
-        cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+HWY_NOINLINE bool cornersAtBoundary(D d, const Axis& x, RowCorners<Quality>& row, V* corners) {
+    const V lowest = hn::MinOfLanes(d, x.cell);
+    const double span = hn::GetLane(hn::Sub(hn::MaxOfLanes(d, x.cell), lowest));
+    if (span != 1.0)
+        return cornersFromTable<Quality>(d, x, row, corners);
+    const V dx[2] = {x.lowerOffset, x.upperOffset};
+    const auto first = static_cast<std::int32_t>(hn::GetLane(lowest));
+    const auto inLower = hn::Eq(x.cell, lowest);
+    for (int c = 0; c < 8; ++c) {
+        const int k = c >> 1;
+        const auto lower = row.termsAt(first + (c & 1), k);
+        const auto upper = row.termsAt(first + (c & 1) + 1, k);
+        const auto pick = [&](double a, double b) {
+            return hn::IfThenElse(inLower, hn::Set(d, a), hn::Set(d, b));
+        };
+        corners[c] = cornerFromTerms<Quality>(pick(lower.x, upper.x), pick(lower.y, upper.y),
+                                              pick(lower.z, upper.z), dx[c & 1]);
+    }
+    return true;
+}
+
+/// Blends the eight corner values of the lanes' cells into the noise value.
+HWY_INLINE V blendCorners(D d, const V* c, const Axis& x, const Axis& y, const Axis& z) {
     const V y00 = lerp(d, lerp(d, c[0], c[1], x.weight), lerp(d, c[2], c[3], x.weight), y.weight);
     const V y01 = lerp(d, lerp(d, c[4], c[5], x.weight), lerp(d, c[6], c[7], x.weight), y.weight);
     return lerp(d, y00, y01, z.weight);
+}
+
+/// How a row's lanes find their corners in an octave: where cells are wide most vectors lie in
+/// one cell; where they are a few points wide nearly every vector spans several, and the row's
+/// table serves them all.
+enum class RowCells { Wide, Narrow };
+
+/// Coherent noise per lane; `seedHash` is 1013 * seed with 32-bit wrap-around.
+/// A row's corner table, where there is one, serves the lanes that are not all in one cell.
+template <int Quality, RowCells Cells>
+HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std::uint32_t seedHash,
+                           bool oneCell, RowCorners<Quality>* row) {
+    V c[8];
+    if constexpr (Cells == RowCells::Narrow) {
+        if (!cornersFromTable<Quality>(d, x, *row, c))
+            cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+    } else {
+        if (oneCell)
+            cornersOfOneCell<Quality>(d, x, y, z, seedHash, c);
+        else if (row == nullptr || !cornersAtBoundary<Quality>(d, x, *row, c))
+            cornersPerLane<Quality>(d, x, y, z, seedHash, c);
+    }
+    return blendCorners(d, c, x, y, z);
 }
 
 /// The per-octave constants of the octave loop.
@@ -365,24 +475,86 @@ HWY_INLINE void combine(D d, const FractalRun& run, const Octave& octave, V v, d
 }
 
 /// One octave over Lanes(d) points: x, y, z (y, z unused for a row) at the given lanes.
-template <int Quality>
+template <int Quality, RowCells Cells>
 HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, const Axis* rowY,
                            const Axis* rowZ, RowCorners<Quality>* rowCorners, const double* x,
                            const double* y, const double* z, double* sum, double* feedback) {
     const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency)));
     V noise;
     if (rowY != nullptr) {
-        noise = coherentNoise<Quality>(d, ax, *rowY, *rowZ, octave.seedHash,
-                                       octave.rowInOneCell && isUniform(d, ax.cell),
-                                       octave.rowInOneCell ? rowCorners : nullptr);
+        noise = coherentNoise<Quality, Cells>(d, ax, *rowY, *rowZ, octave.seedHash,
+                                              octave.rowInOneCell && isUniform(d, ax.cell),
+                                              octave.rowInOneCell ? rowCorners : nullptr);
     } else {
         const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency)));
         const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
         const bool sameCell =
             isUniform(d, ax.cell) && isUniform(d, ay.cell) && isUniform(d, az.cell);
-        noise = coherentNoise<Quality>(d, ax, ay, az, octave.seedHash, sameCell, nullptr);
+        noise = coherentNoise<Quality, RowCells::Wide>(d, ax, ay, az, octave.seedHash, sameCell,
+                                                       nullptr);
     }
     combine(d, run, octave, hn::Mul(noise, hn::Set(d, run.scale)), sum, feedback);
+}
+
+/// Whether an octave's cells along a row are narrower than a vector of points on average, so
+/// that most vectors span several cells. (At two or three vectors a cell the one-cell loop with
+/// its boundary case is still faster.)
+HWY_INLINE bool cellsAreNarrow(const PointRun& points, double frequency, std::size_t lanes) {
+    if (points.count == 0)
+        return false;
+    const double cells = std::abs(points.x[points.count - 1] - points.x[0]) * frequency;
+    return cells * static_cast<double>(lanes) > static_cast<double>(points.count);
+}
+
+/// One octave over the whole run.
+template <int Quality, RowCells Cells>
+HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave, const Axis* ay,
+                                const Axis* az, RowCorners<Quality>* corners,
+                                const PointRun& points, double* sum, double* feedback) {
+    const std::size_t lanes = hn::Lanes(d);
+    const bool row = points.y == nullptr;
+    const std::size_t full = points.count - points.count % lanes;
+    const std::size_t tail = points.count - full;
+    // Only the ridged shape has feedback; the others get a scratch vector they never read.
+    HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
+    const bool ridged = run.shape == FractalShape::Ridged;
+    if constexpr (Cells == RowCells::Narrow) {
+        // An ascending run fills the table for all its lattice points before the first vector
+        // reads it: one tight loop, and the vectors' loads never wait for the stores.
+        const auto cellAt = [&](std::size_t i) {
+            return hn::GetLane(
+                makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.x[i]), octave.frequency)))
+                    .cell);
+        };
+        const double first = cellAt(0);
+        const double span = cellAt(points.count - 1) - first;
+        if (span >= 0.0 && span < static_cast<double>(points.count))
+            corners->window(first, static_cast<std::size_t>(span) + 2);
+    }
+    for (std::size_t i = 0; i < full; i += lanes) {
+        octaveStep<Quality, Cells>(d, run, octave, ay, az, corners, points.x + i,
+                                   row ? nullptr : points.y + i, row ? nullptr : points.z + i,
+                                   sum + i, ridged ? feedback + i : unusedFeedback);
+    }
+    if (tail > 0) {
+        // The last, partial vector runs on copies padded with the run's last point.
+        HWY_ALIGN double tx[kMaxLanes], ty[kMaxLanes], tz[kMaxLanes];
+        HWY_ALIGN double ts[kMaxLanes], tf[kMaxLanes];
+        for (std::size_t k = 0; k < lanes; ++k) {
+            const std::size_t from = full + std::min(k, tail - 1);
+            tx[k] = points.x[from];
+            ty[k] = row ? 0.0 : points.y[from];
+            tz[k] = row ? 0.0 : points.z[from];
+            ts[k] = sum[from];
+            tf[k] = ridged ? feedback[from] : 1.0;
+        }
+        octaveStep<Quality, Cells>(d, run, octave, ay, az, corners, tx, ty, tz, ts, tf);
+        for (std::size_t k = 0; k < tail; ++k) {
+            sum[full + k] = ts[k];
+            if (ridged)
+                feedback[full + k] = tf[k];
+        }
+    }
 }
 
 template <int Quality>
@@ -396,10 +568,6 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
     const OctaveTable& table = *run.octaves;
     const std::size_t whole = table.getWholeOctaveCount();
     const bool row = points.y == nullptr;
-    const std::size_t full = points.count - points.count % lanes;
-    const std::size_t tail = points.count - full;
-    // Only the ridged shape has feedback; the others get a scratch vector they never read.
-    HWY_ALIGN double unusedFeedback[kMaxLanes] = {};
 
     for (std::size_t o = 0; o <= whole; ++o) {
         const bool partial = o == whole;
@@ -424,30 +592,12 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
         const Axis* az = row ? &rowZ : nullptr;
         RowCorners<Quality> rowCorners(rowY, rowZ, octave.seedHash);
         RowCorners<Quality>* corners = row ? &rowCorners : nullptr;
-        const bool ridged = run.shape == FractalShape::Ridged;
-        for (std::size_t i = 0; i < full; i += lanes) {
-            octaveStep<Quality>(d, run, octave, ay, az, corners, points.x + i,
-                                row ? nullptr : points.y + i, row ? nullptr : points.z + i, sum + i,
-                                ridged ? feedback + i : unusedFeedback);
-        }
-        if (tail > 0) {
-            // The last, partial vector runs on copies padded with the run's last point.
-            HWY_ALIGN double tx[kMaxLanes], ty[kMaxLanes], tz[kMaxLanes];
-            HWY_ALIGN double ts[kMaxLanes], tf[kMaxLanes];
-            for (std::size_t k = 0; k < lanes; ++k) {
-                const std::size_t from = full + std::min(k, tail - 1);
-                tx[k] = points.x[from];
-                ty[k] = row ? 0.0 : points.y[from];
-                tz[k] = row ? 0.0 : points.z[from];
-                ts[k] = sum[from];
-                tf[k] = ridged ? feedback[from] : 1.0;
-            }
-            octaveStep<Quality>(d, run, octave, ay, az, corners, tx, ty, tz, ts, tf);
-            for (std::size_t k = 0; k < tail; ++k) {
-                sum[full + k] = ts[k];
-                if (ridged)
-                    feedback[full + k] = tf[k];
-            }
+        if (octave.rowInOneCell && cellsAreNarrow(points, record.frequency, lanes)) {
+            octaveOverRun<Quality, RowCells::Narrow>(d, run, octave, ay, az, corners, points, sum,
+                                                     feedback);
+        } else {
+            octaveOverRun<Quality, RowCells::Wide>(d, run, octave, ay, az, corners, points, sum,
+                                                   feedback);
         }
     }
 }
