@@ -1,5 +1,5 @@
 // Covers: all 17 blend functions on the colour pairs of tests/data/blend-modes.txt, the
-// opacity rules, the clamps, the mode list, and the Blend element's opacity,
+// opacity rules, the clamps, and the Blend element's opacity,
 // final clamp, evaluation order and failures (the mask is recorded in LineGraphTest).
 
 #include <gtest/gtest.h>
@@ -62,17 +62,6 @@ TEST(BlendFunctions, DivisionByZeroIsClampedButNaNPassesThrough) {
     EXPECT_EQ(burnt.red, 0.0f);
     EXPECT_TRUE(std::isnan(burnt.green));
     EXPECT_EQ(burnt.blue, 0.0f) << "a negative layer counts as 0";
-}
-
-TEST(BlendFunctions, ModeListHasSixteenNamesInIndexOrder) {
-    std::vector<std::string> names;
-    std::stringstream list(kBlendModeNames);
-    for (std::string name; std::getline(list, name, ',');)
-        names.push_back(name);
-    ASSERT_EQ(names.size(), 16u);
-    EXPECT_EQ(names[0], "normal");
-    EXPECT_EQ(names[8], "soft_light");
-    EXPECT_EQ(names[15], "lighten_only");
 }
 
 class BlendTest : public ::testing::Test {

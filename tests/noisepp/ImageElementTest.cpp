@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 #include "TestSupport.h"
@@ -105,43 +106,31 @@ TEST(ImageElement, ZeroFootprintReturnsEachPixelExactly) {
     }
 }
 
-TEST(ImageElement, PixelBoundsRoundHalfDown) {
-    const ImageElement3D image = element(0);
-    // W * x = 1.5 exactly selects column 1; the next double above selects column 2.
-    EXPECT_EQ(image.getValue(0.375, rowY(0), 0.0), pixel(1, 0));
-    EXPECT_EQ(image.getValue(std::nextafter(0.375, 1.0), rowY(0), 0.0), pixel(2, 0));
-    EXPECT_EQ(image.getValue(0.125, rowY(0), 0.0), pixel(0, 0));
-    // H * y = 1.5 exactly (y = 0.5) selects row 1.
-    EXPECT_EQ(image.getValue(0.1, 0.5, 0.0), pixel(0, 1));
-    EXPECT_EQ(image.getValue(0.1, std::nextafter(0.5, 1.0), 0.0), pixel(0, 2));
-}
-
-TEST(ImageElement, NonRepeatingEdgesAreInclusiveAndTransparentOutside) {
-    const ImageElement3D image = element(0);
-    const TextureColor transparent{0.0f, 0.0f, 0.0f, 0.0f};
-    EXPECT_EQ(image.getValue(-0.01, rowY(1), 0.0), transparent);
-    EXPECT_EQ(image.getValue(1.0001, rowY(1), 0.0), transparent);
-    EXPECT_EQ(image.getValue(0.5, -0.01, 0.0), transparent);
-    EXPECT_EQ(image.getValue(0.5, 1.0001, 0.0), transparent);
-    EXPECT_EQ(image.getValue(0.0, rowY(1), 0.0), pixel(0, 1));
-    EXPECT_EQ(image.getValue(1.0, rowY(1), 0.0), pixel(3, 1)) << "x = 1 is the last column";
-    EXPECT_EQ(image.getValue(0.6, 1.0, 0.0), pixel(2, 2)) << "y = 1 is the last row";
-    EXPECT_EQ(image.getValue(std::nan(""), 0.5, 0.0), transparent);
-}
-
-TEST(ImageElement, RepeatWrapsOnlyTheFlaggedDirection) {
-    const ImageElement3D tileX = element(ImageModule::kRepeatX);
-    for (const double x : {1.25, -0.75, 7.25, -3.75}) {
-        EXPECT_EQ(tileX.getValue(x, rowY(2), 0.0), pixel(1, 2)) << "x = " << x;
+/// Half-down pixel rounding (W * x = 1.5 selects column 1, the next double above column 2),
+/// inclusive ends of a non-repeating image (x = 1 and y = 1 are the last column and row) and
+/// transparent black outside it or at NaN, and tiling of the flagged direction only (on a
+/// repeating image x = 1 starts the next tile).
+TEST(ImageElement, PointLookupsRoundEdgesAndTiles) {
+    const std::uint32_t kX = ImageModule::kRepeatX, kY = ImageModule::kRepeatY;
+    const double above = std::nextafter(0.375, 1.0), aboveHalf = std::nextafter(0.5, 1.0);
+    // flags, x, y, the column and row expected (-1: transparent black)
+    const std::tuple<std::uint32_t, double, double, int, int> rows[] = {
+        {0, 0.375, rowY(0), 1, 0},      {0, above, rowY(0), 2, 0},
+        {0, 0.125, rowY(0), 0, 0},      {0, 0.1, 0.5, 0, 1},
+        {0, 0.1, aboveHalf, 0, 2},      {0, -0.01, rowY(1), -1, 0},
+        {0, 1.0001, rowY(1), -1, 0},    {0, 0.5, -0.01, -1, 0},
+        {0, 0.5, 1.0001, -1, 0},        {0, 0.0, rowY(1), 0, 1},
+        {0, 1.0, rowY(1), 3, 1},        {0, 0.6, 1.0, 2, 2},
+        {0, std::nan(""), 0.5, -1, 0},  {kX, 1.25, rowY(2), 1, 2},
+        {kX, -0.75, rowY(2), 1, 2},     {kX, 7.25, rowY(2), 1, 2},
+        {kX, -3.75, rowY(2), 1, 2},     {kX, 1.0, rowY(2), 0, 2},
+        {kX, 0.25, 1.5, -1, 0},         {kY, 0.6, rowY(1) + 2.0, 2, 1},
+        {kY, 0.6, rowY(1) - 1.0, 2, 1}, {kY, 1.6, rowY(1), -1, 0}};
+    for (const auto& [flags, x, y, column, row] : rows) {
+        const TextureColor expected = column < 0 ? TextureColor{} : pixel(column, row);
+        EXPECT_EQ(element(flags).getValue(x, y, 0.0), expected)
+            << "flags " << flags << " at (" << x << ", " << y << ")";
     }
-    EXPECT_EQ(tileX.getValue(1.0, rowY(2), 0.0), pixel(0, 2))
-        << "on a repeating image x = 1 is the start of the next tile";
-    EXPECT_EQ(tileX.getValue(0.25, 1.5, 0.0), (TextureColor{}));
-
-    const ImageElement3D tileY = element(ImageModule::kRepeatY);
-    EXPECT_EQ(tileY.getValue(0.6, rowY(1) + 2.0, 0.0), pixel(2, 1));
-    EXPECT_EQ(tileY.getValue(0.6, rowY(1) - 1.0, 0.0), pixel(2, 1));
-    EXPECT_EQ(tileY.getValue(1.6, rowY(1), 0.0), (TextureColor{}));
 }
 
 TEST(ImageElement, FootprintOverANonRepeatingEdgeFadesItsOpacity) {

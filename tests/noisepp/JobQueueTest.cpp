@@ -114,14 +114,7 @@ TEST(ThreadedJobQueue, RunsEveryJobOnceAndFinishesOnTheCaller) {
 }
 
 TEST(ThreadedJobQueue, ZeroThreadsIsRefusedAndUnrunJobsAreDeleted) {
-    try {
-        ThreadedJobQueue queue(0);
-        ADD_FAILURE() << "no exception";
-    } catch (const ParamInvalidException& e) {
-        const std::string message = e.what();
-        EXPECT_EQ(message.rfind("invalid parameter for 'numberOfThreads' in '", 0), 0u);
-        EXPECT_NE(message.find(": assertion 'numberOfThreads > 0' failed"), std::string::npos);
-    }
+    EXPECT_THROW(ThreadedJobQueue(0), ParamInvalidException);
     Log log(2);
     {
         ThreadedJobQueue queue(2);

@@ -2,15 +2,19 @@
 // recorded sample parameter sets and with the settings no stream carries, over varying noise
 // sources in both colour modes, and planes built plain and seamless (where they sample, the
 // four-sample blend), against tests/golden/noisepp-modules.txt (run with
-// TEXTURE_UPDATE_GOLDEN=1 to record it after a deliberate change); and the run forms of the
-// same modules and of random module trees against their one-point colours to the bit on every
-// instruction set of this machine.
+// TEXTURE_UPDATE_GOLDEN=1 to record it after a deliberate change); and the run forms (line, row,
+// arbitrary points) of the same modules, of the fractal generators at an unknown quality and of
+// random module trees against their one-point colours to the bit on every instruction set of
+// this machine: runs of lengths around the vector width in both directions, lattice points,
+// far points and lines that cross the folding limit, infinities and NaN.
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <random>
@@ -88,13 +92,44 @@ PointSet randomPoints(std::mt19937& random) {
     return points;
 }
 
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kFold = 1073741824.0;
+
+/// Points where runs and single points part most easily, for a generator of `frequency`: signed
+/// zeros, whole and half lattice coordinates (ties between cells), far points at and beyond the
+/// folding limit, infinities and NaN in one coordinate and in all.
+void addEdgePoints(PointSet& points, double frequency) {
+    for (double v : {0.0, -0.0, 1.0, -1.0, -3.0, 2.0, 0.5, -0.5, -2.5})
+        points.add(v / frequency, v / frequency, -v / frequency);
+    for (double v :
+         {kFold, -kFold, kFold * 1.5, -kFold * 3.25, std::nextafter(kFold, 0.0), 1e15, -1e300})
+        points.add(v / frequency, 0.3, -v / frequency);
+    for (const double odd : {kNaN, kInf, -kInf}) {
+        points.add(odd, 0.5, 0.5), points.add(0.5, odd, 0.5), points.add(0.5, 0.5, odd);
+        points.add(odd, odd, odd);
+    }
+}
+
 void expectModuleRunsMatchPoints(const Module& module, std::mt19937& random) {
     Pipeline3D pipeline;
+    pipeline.setSeed(static_cast<std::int32_t>(random()));
     const PipelineElement3D& element = *pipeline.getElement(module.addToPipeline(&pipeline));
-    const PointSet points = randomPoints(random);
+    const auto* generator = dynamic_cast<const FractalModuleBase*>(&module);
+    const double f = generator != nullptr ? generator->getFrequency() : 1.0;
+    PointSet points = randomPoints(random);
+    addEdgePoints(points, f);
+    const PointSet none;
     forEachTarget([&] {
         expectRunsMatchPoints(element, -3.0, 1.25, -0.5, 6.0 / 200.0, 200, points);
-        expectRunsMatchPoints(element, 2.0, -4.0, 7.0, -0.37, 13, points);
+        expectRunsMatchPoints(element, 2.0, -4.0, 7.0, -0.37, 13, none);
+        expectRunsMatchPoints(element, 5.0, 2.25, -4.5, -0.731, 1, none);
+        expectRunsMatchPoints(element, 0.0, 0.0, 0.0, 1.0 / f, 9, none);
+        expectRunsMatchPoints(element, (kFold - 3.0) / f, 1.0, 2.0, 0.125 / f, 50, none);
+        expectRunsMatchPoints(element, (1.0 - kFold) / f, 1e200, -2.0, -0.0625 / f, 33, none);
+        expectRunsMatchPoints(element, kNaN, 1.0, 2.0, 0.5, 17, none);
+        expectRunsMatchPoints(element, 1.0, kInf, 2.0, 0.5, 17, none);
+        expectRunsMatchPoints(element, 1.0, 2.0, kNaN, 0.5, 17, none);
     });
 }
 
@@ -296,6 +331,15 @@ TEST(LineGraphTest, EveryModuleMatchesPoints) {
             SCOPED_TRACE(row.name + ", instance " + std::to_string(instance));
             RandomTrees trees(random());
             expectModuleRunsMatchPoints(*trees.node(row, instance, 0), random);
+        }
+    }
+    for (const auto& [name, module] : generatorSettings()) {
+        SCOPED_TRACE(name + " with settings no stream carries");
+        expectModuleRunsMatchPoints(*module, random);
+        if (auto* fractal = dynamic_cast<FractalModuleBase*>(module.get())) {
+            SCOPED_TRACE("at an unknown quality");
+            fractal->setQuality(9);
+            expectModuleRunsMatchPoints(*module, random);
         }
     }
 }

@@ -4,10 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <tuple>
 
 #include "TestSupport.h"
-#include "noisepp/modules/ColorGrey.h"
 #include "noisepp/modules/SelectElement3D.h"
 #include "noisepp/modules/SelectModule.h"
 
@@ -40,9 +41,6 @@ protected:
         mLog.clear();
         return compiled.at(0.5, 0.5, 0.5);
     }
-    // The grey the element will see for `control`, so bounds can sit exactly on it.
-    static double greyAt(const TextureColor& control) { return greyOf(control); }
-
     std::string mLog;
     FixedColorModule mSourceA{kA, &mLog, 'A'};
     FixedColorModule mSourceB{kB, &mLog, 'B'};
@@ -50,53 +48,30 @@ protected:
     SelectModule mSelect;
 };
 
-TEST_F(SelectTest, HardEdgesIncludeBothBounds) {
-    const TextureColor atLower = controlFor(0.2f);
-    const TextureColor atUpper = controlFor(0.8f);
-    mSelect.setLowerBound(greyAt(atLower));
-    mSelect.setUpperBound(greyAt(atUpper));
-    mSelect.setEdgeFalloff(0.0);
-    EXPECT_EQ(select(atLower), kB);
-    EXPECT_EQ(mLog, "CB");
-    EXPECT_EQ(select(atUpper), kB);
-    EXPECT_EQ(select(controlFor(0.19f)), kA);
-    EXPECT_EQ(mLog, "CA");
-    EXPECT_EQ(select(controlFor(0.81f)), kA);
-    mSelect.setEdgeFalloff(-0.5);
-    EXPECT_EQ(select(controlFor(0.19f)), kA) << "a negative falloff means hard edges too";
-    EXPECT_EQ(select(atLower), kB);
-}
-
-TEST_F(SelectTest, FalloffRegionsEvaluateOnlyWhatTheyNeed) {
-    mSelect.setLowerBound(0.25);
-    mSelect.setUpperBound(0.75);
-    mSelect.setEdgeFalloff(0.1);
-    EXPECT_EQ(select(controlFor(0.1f)), kA);
-    EXPECT_EQ(mLog, "CA") << "below the lower edge";
-    select(controlFor(0.3f));
-    EXPECT_EQ(mLog, "CBA") << "lower edge: source 1 before source 0";
-    EXPECT_EQ(select(controlFor(0.5f)), kB);
-    EXPECT_EQ(mLog, "CB") << "between the edges";
-    select(controlFor(0.7f));
-    EXPECT_EQ(mLog, "CAB") << "upper edge: source 0 before source 1";
-    EXPECT_EQ(select(controlFor(0.9f)), kA);
-    EXPECT_EQ(mLog, "CA") << "above the upper edge";
-}
-
-TEST_F(SelectTest, EachEdgeRegionIncludesItsLowerEnd) {
-    // Control grey exactly 0.25 = lower - f: the edge rule holds (both sources are read) and
-    // its weight is 0, so the result is still source 0.
-    const TextureColor control = controlFor(0.25f);
-    ASSERT_EQ(greyAt(control), 0.25);
-    mSelect.setLowerBound(0.375);
-    mSelect.setUpperBound(0.875);
-    mSelect.setEdgeFalloff(0.125);
-    EXPECT_EQ(select(control), kA);
-    EXPECT_EQ(mLog, "CBA");
-    mSelect.setLowerBound(0.0);
-    mSelect.setUpperBound(0.375);
-    EXPECT_EQ(select(control), kB);
-    EXPECT_EQ(mLog, "CAB") << "upper - f starts the upper edge";
+/// Hard edges (falloff 0 or negative) include both bounds; in the falloff regions only the
+/// sources needed are read, the lower edge source 1 first, the upper edge source 0 first, and
+/// each edge region includes its lower end (lower - f and upper - f) with weight 0 there.
+TEST_F(SelectTest, RegionsGiveTheirSourcesInTheirOrder) {
+    const std::optional<TextureColor> mixed;
+    // lower bound, upper bound, falloff, control grey, result, evaluation order
+    const std::tuple<double, double, double, float, std::optional<TextureColor>, const char*>
+        rows[] = {{0.25, 0.75, 0.0, 0.25f, kB, "CB"},   {0.25, 0.75, 0.0, 0.75f, kB, "CB"},
+                  {0.25, 0.75, 0.0, 0.24f, kA, "CA"},   {0.25, 0.75, 0.0, 0.76f, kA, "CA"},
+                  {0.25, 0.75, -0.5, 0.24f, kA, "CA"},  {0.25, 0.75, -0.5, 0.25f, kB, "CB"},
+                  {0.25, 0.75, 0.1, 0.1f, kA, "CA"},    {0.25, 0.75, 0.1, 0.3f, mixed, "CBA"},
+                  {0.25, 0.75, 0.1, 0.5f, kB, "CB"},    {0.25, 0.75, 0.1, 0.7f, mixed, "CAB"},
+                  {0.25, 0.75, 0.1, 0.9f, kA, "CA"},    {0.375, 0.875, 0.125, 0.25f, kA, "CBA"},
+                  {0.0, 0.375, 0.125, 0.25f, kB, "CAB"}};
+    for (const auto& [lower, upper, falloff, grey, expected, order] : rows) {
+        SCOPED_TRACE(::testing::Message() << "bounds " << lower << " ... " << upper << ", falloff "
+                                          << falloff << ", grey " << grey);
+        mSelect.setLowerBound(lower);
+        mSelect.setUpperBound(upper);
+        mSelect.setEdgeFalloff(falloff);
+        const TextureColor result = select(controlFor(grey));
+        EXPECT_EQ(result, expected.value_or(result));
+        EXPECT_EQ(mLog, order);
+    }
 }
 
 TEST_F(SelectTest, BoundsNotInAscendingOrderAreRefused) {
