@@ -29,6 +29,12 @@ struct RenderOptions {
     /// the host's own limit (Image::GetMaxSizeX/Y) bounds it, not the frame's.
     int width = 0;
     int height = 0;
+    /// A Render 2D node makes its texture repeat with its texture rectangle as the period
+    /// (start values and range), so that the image tiles with no seam and no blending. Each
+    /// generator fits a whole number of cells in the rectangle (its frequency snapped); a
+    /// graph that cannot repeat makes the render fail with a message naming the node. Render
+    /// 3D nodes have no rectangle and ignore it.
+    bool tileable = false;
     /// The part of that image a Render 2D node renders; its image output is then the window
     /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
     Window window;

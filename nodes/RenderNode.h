@@ -52,10 +52,10 @@ protected:
     RenderOptions GetRenderOptions() const;
     /// "Texture.dll <node class>::Evaluate - <what>".
     std::string LogPrefix() const;
-
-private:
+    /// Gives up the current image, so that a failed render publishes none.
     void ReleaseImage();
 
+private:
     const NodeCatalogueEntry& mEntry;
     Image* mImage = nullptr;
 };

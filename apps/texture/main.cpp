@@ -31,6 +31,7 @@ Examples:
   texture render - -o out.exr < scene.texture.json    the document from standard input
   texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
   texture render scene.texture.json -o tile-{tile}.png --size 8192x8192 --tiles 3x2 --tile 4
+  texture render scene.texture.json --tileable -o seamless.png   an image that repeats
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
@@ -90,6 +91,7 @@ int main(int argc, char** argv) {
 
     RenderRequest render;
     int threads = 0;
+    bool tileable = false;
     int maxSize = 0;
     bool verbose = false;
     CLI::App* renderCommand = app.add_subcommand("render", "render a document's images");
@@ -119,6 +121,11 @@ int main(int argc, char** argv) {
                              "processor)";
             },
             "N"));
+    renderCommand->add_flag(
+        "--tileable", tileable,
+        "make Render 2D images repeat: the texture rectangle becomes the period, each noise fits "
+        "whole cells in it (frequencies snapped, shown in the log); a graph that cannot repeat "
+        "fails naming the node (docs/tileable.md)");
     renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
         ->check(CLI::PositiveNumber);
     renderCommand->add_option("--bits", render.bits, "bits per channel of PNG/TIFF files")
@@ -196,7 +203,9 @@ int main(int argc, char** argv) {
     large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
     // Before the plug-in loads, so that no render can start with other options.
-    Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));
+    RenderOptions renderOptions = RenderOptions::WithThreads(static_cast<unsigned>(threads));
+    renderOptions.tileable = tileable;
+    Engine::Get()->SetRenderOptions(renderOptions);
     if (maxSize > 0)
         Image::SetMaxSize(maxSize, maxSize);
     if (verbose)

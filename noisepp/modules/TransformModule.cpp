@@ -14,22 +14,25 @@ namespace {
 
 /// The period the source of a transform sees: a texture period along axis i moves the source
 /// point by column i of the inverse matrix times that period, which is a period of the source
-/// only when the column lies along one axis (a scale, a quarter turn). Throws
+/// only when the column lies along one axis (a scale, a quarter turn). The residues a quarter
+/// turn leaves off that axis (angles reach here in single precision, so about 4e-8) are set
+/// to zero in `inverse`, or the source would drift by them once per period. Throws
 /// NotPeriodicException for any other rotation.
-Periodicity sourcePeriodicity(const AffineTransform& inverse, const Periodicity& periodicity,
+Periodicity sourcePeriodicity(AffineTransform& inverse, const Periodicity& periodicity,
                               const std::array<double, 3>& rotation) {
     Periodicity source;
     for (std::size_t column = 0; column < 3; ++column) {
         const double period = periodicity.period[column];
         if (!(period > 0.0))
             continue;
-        const double* m = &inverse.matrix[column * 3];
+        double* m = &inverse.matrix[column * 3];
         const double largest = std::max({std::fabs(m[0]), std::fabs(m[1]), std::fabs(m[2])});
         std::size_t along = 3;
         for (std::size_t row = 0; row < 3; ++row) {
-            // Quarter turns leave sine and cosine residues near 1e-16, not exact zeros.
-            if (std::fabs(m[row]) <= largest * 1e-9)
+            if (std::fabs(m[row]) <= largest * 1e-6) {
+                m[row] = 0.0;
                 continue;
+            }
             along = along == 3 ? row : 4;
         }
         if (along > 2 || source.period[along] > 0.0) {
@@ -50,16 +53,16 @@ Periodicity sourcePeriodicity(const AffineTransform& inverse, const Periodicity&
 
 std::size_t TransformModule::addToPipeline(Pipeline3D* pipeline) const {
     requireSources(NOISEPP_FUNCTION);
+    AffineTransform inverse = forward().inverse();
     std::size_t source = 0;
     if (pipeline->getPeriodicity().isPeriodic()) {
-        const AffineTransform inverse = forward().inverse();
         const PeriodScope scope(
             *pipeline, sourcePeriodicity(inverse, pipeline->getPeriodicity(), mRotation));
         source = getSourceModule(0)->addToPipeline(pipeline);
     } else {
         source = getSourceModule(0)->addToPipeline(pipeline);
     }
-    return pipeline->addElement(this, new TransformElement3D(*pipeline, source, forward().inverse()));
+    return pipeline->addElement(this, new TransformElement3D(*pipeline, source, inverse));
 }
 
 AffineTransform TransformModule::forward() const {
