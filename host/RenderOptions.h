@@ -13,6 +13,7 @@ struct RenderOptions {
         bool IsEmpty() const { return x1 <= x0 || y1 <= y0; }
         int Width() const { return x1 - x0; }
         int Height() const { return y1 - y0; }
+        bool operator==(const Window&) const = default;
     };
 
     /// Options that differ from the defaults only in the thread count.
@@ -38,4 +39,6 @@ struct RenderOptions {
     /// The part of that image a Render 2D node renders; its image output is then the window
     /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
     Window window;
+
+    bool operator==(const RenderOptions&) const = default;
 };

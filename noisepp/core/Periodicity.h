@@ -54,8 +54,7 @@ public:
     static constexpr double kMaxCells = 1073741824.0;
 
     /// No period: frequency f on every axis.
-    explicit PeriodicLattice(double frequency)
-        : mFrequency{frequency, frequency, frequency} {}
+    explicit PeriodicLattice(double frequency) : mFrequency{frequency, frequency, frequency} {}
 
     /// `frequency` snapped on every periodic axis of `periodicity`. Throws NotPeriodicException
     /// naming `node` when a period would need more than kMaxCells cells.

@@ -54,9 +54,11 @@ public:
 
     /// Deletes every element in id order and every job still queued.
     virtual ~Pipeline() {
-        for (Element* element : mElements) delete element;
+        for (Element* element : mElements)
+            delete element;
         mModules.clear();
-        for (PipelineJob* job : mJobs) delete job;
+        for (PipelineJob* job : mJobs)
+            delete job;
     }
 
     /// Registers `element` (the pipeline owns it from here, even on failure) as the element
@@ -82,7 +84,8 @@ public:
 
     /// The element with id i; OutOfRangeException naming "i" past the element count.
     Element* getElement(std::size_t i) const {
-        if (i >= mElements.size()) throw OutOfRangeException("i", NOISEPP_FUNCTION);
+        if (i >= mElements.size())
+            throw OutOfRangeException("i", NOISEPP_FUNCTION);
         return mElements[i];
     }
 

@@ -78,15 +78,14 @@ inline double sampleOctave(const OctaveRecord& octave, double x, double y, doubl
 /// Raw coherent noise of octave i of `octaves`: sampleOctave for a plain table; for a periodic
 /// one the point is scaled by the octave's snapped frequency per axis and the lattice wraps.
 template <int Quality>
-inline double sampleOctave(const OctaveTable& octaves, std::size_t i, double x, double y,
-                           double z, std::int32_t channel) {
+inline double sampleOctave(const OctaveTable& octaves, std::size_t i, double x, double y, double z,
+                           std::int32_t channel) {
     if (!octaves.isPeriodic())
         return sampleOctave<Quality>(octaves[i], x, y, z, channel);
     const PeriodicLattice& lattice = octaves.lattice(i);
-    return coherentNoise3D<Quality>(foldToInt32Range(x * lattice.frequency(0)),
-                                    foldToInt32Range(y * lattice.frequency(1)),
-                                    foldToInt32Range(z * lattice.frequency(2)),
-                                    wrappingAdd(octaves[i].seed, channel), lattice);
+    return coherentNoise3D<Quality>(
+        foldToInt32Range(x * lattice.frequency(0)), foldToInt32Range(y * lattice.frequency(1)),
+        foldToInt32Range(z * lattice.frequency(2)), wrappingAdd(octaves[i].seed, channel), lattice);
 }
 
 }  // namespace noisepp

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-#include "noisepp/modules/CellIndex.h"
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 

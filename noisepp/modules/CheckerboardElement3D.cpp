@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "noisepp/modules/CellIndex.h"
 #include "noisepp/math/CoherentNoise.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 

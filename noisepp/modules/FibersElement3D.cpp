@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "noisepp/modules/CellIndex.h"
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 

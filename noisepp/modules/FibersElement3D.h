@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "noisepp/core/Pipeline.h"
 #include "noisepp/core/Periodicity.h"
+#include "noisepp/core/Pipeline.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/modules/FibreLayout.h"
 

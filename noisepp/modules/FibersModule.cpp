@@ -20,7 +20,7 @@ std::size_t FibersModule::addToPipeline(Pipeline3D* pipeline) const {
     layout.size = mSize;
     layout.sizeBias = mSizeBias;
     layout.seed = static_cast<std::uint32_t>(wrappingAdd(mSeed, pipeline->getSeed()));
-    const FibersElement3D::Settings settings{mScale,  mShape,  mFade,   mColorMatrix,
+    const FibersElement3D::Settings settings{mScale,  mShape,  mFade,  mColorMatrix,
                                              mColorA, mColorB, layout, pipeline->getPeriodicity()};
     auto element = std::make_unique<FibersElement3D>(*pipeline, source, settings);
     if (settings.periodicity.isPeriodic())

@@ -24,8 +24,6 @@ TextureColor FractalSumElement3D<Octaves>::getValue(double x, double y, double z
 
 template <class Octaves>
 void FractalSumElement3D<Octaves>::evaluateRun(const PointRun& points, TextureColor* out) const {
-    if (mOctaves.isPeriodic())
-        return PipelineElement3D::evaluateRun(points, out);
     simd::FractalRun run;
     run.shape = Octaves::kShape;
     run.octaves = &mOctaves;

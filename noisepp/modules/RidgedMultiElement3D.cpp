@@ -25,8 +25,6 @@ TextureColor RidgedMultiElement3D::getValue(double x, double y, double z) const 
 }
 
 void RidgedMultiElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
-    if (mOctaves.isPeriodic())
-        return PipelineElement3D::evaluateRun(points, out);
     simd::FractalRun run;
     run.shape = simd::FractalShape::Ridged;
     run.octaves = &mOctaves;

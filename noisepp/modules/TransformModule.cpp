@@ -56,8 +56,8 @@ std::size_t TransformModule::addToPipeline(Pipeline3D* pipeline) const {
     AffineTransform inverse = forward().inverse();
     std::size_t source = 0;
     if (pipeline->getPeriodicity().isPeriodic()) {
-        const PeriodScope scope(
-            *pipeline, sourcePeriodicity(inverse, pipeline->getPeriodicity(), mRotation));
+        const PeriodScope scope(*pipeline,
+                                sourcePeriodicity(inverse, pipeline->getPeriodicity(), mRotation));
         source = getSourceModule(0)->addToPipeline(pipeline);
     } else {
         source = getSourceModule(0)->addToPipeline(pipeline);

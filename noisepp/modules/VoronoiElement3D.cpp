@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
+#include "noisepp/math/ColorBlend.h"
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellRandom.h"
-#include "noisepp/math/ColorBlend.h"
 #include "noisepp/simd/NearestFeatureKernel.h"
 
 namespace noisepp {

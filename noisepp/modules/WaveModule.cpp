@@ -6,12 +6,11 @@
 namespace noisepp {
 
 std::size_t WaveModule::addToPipeline(Pipeline3D* pipeline) const {
-    WaveElement3D::Settings settings{
-        mFrequency,     mRange,
-        mBias,          mType,
-        mShape,         mColorA,
-        mColorB,        mNoiseScale,
-        mNoiseStrength, wrappingAdd(mNoiseSeed, pipeline->getSeed())};
+    WaveElement3D::Settings settings{mFrequency,     mRange,
+                                     mBias,          mType,
+                                     mShape,         mColorA,
+                                     mColorB,        mNoiseScale,
+                                     mNoiseStrength, wrappingAdd(mNoiseSeed, pipeline->getSeed())};
     if (pipeline->getPeriodicity().isPeriodic())
         makePeriodic(settings, *pipeline);
     return pipeline->addElement(this, new WaveElement3D(settings));
@@ -23,8 +22,7 @@ void WaveModule::makePeriodic(WaveElement3D::Settings& settings, Pipeline3D& pip
     if (mType == 2)
         throw NotPeriodicException(kNode, "spherical waves circle one centre; use planar waves");
     if (mType == 1 && (period[0] > 0.0 || period[1] > 0.0))
-        throw NotPeriodicException(kNode,
-                                   "cylindrical waves circle one centre; use planar waves");
+        throw NotPeriodicException(kNode, "cylindrical waves circle one centre; use planar waves");
     if (mType == 1 || !(period[0] > 0.0))
         return;  // Constant along every axis that repeats.
     // Planar bands run along x: a whole number of bands per period, and a whole number of
