@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <sstream>
+#include <vector>
 
 namespace noisepp {
 
@@ -27,23 +29,24 @@ PeriodicLattice::PeriodicLattice(const std::array<double, 3>& frequencies,
 }
 
 std::string PeriodicLattice::describe(double asked) const {
+    std::vector<double> snapped;
+    std::vector<std::int32_t> cells;
+    for (int axis = 0; axis < 3; ++axis) {
+        if (mCells[axis] > 0) {
+            snapped.push_back(mFrequency[axis]);
+            cells.push_back(mCells[axis]);
+        }
+    }
+    const bool alike =
+        std::adjacent_find(snapped.begin(), snapped.end(), std::not_equal_to<>()) == snapped.end();
     std::ostringstream text;
     text << asked << " ->";
-    const char* separator = " ";
-    for (int axis = 0; axis < 3; ++axis) {
-        if (mCells[axis] > 0) {
-            text << separator << mFrequency[axis];
-            separator = " x ";
-        }
-    }
-    text << " (";
-    separator = "";
-    for (int axis = 0; axis < 3; ++axis) {
-        if (mCells[axis] > 0) {
-            text << separator << mCells[axis];
-            separator = " x ";
-        }
-    }
+    // Only called for a lattice that repeats, so there is at least one axis.
+    const std::size_t shown = alike ? 1 : snapped.size();
+    for (std::size_t i = 0; i < shown; ++i)
+        text << (i == 0 ? " " : " x ") << snapped[i];
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        text << (i == 0 ? " (" : " x ") << cells[i];
     text << " cells)";
     return text.str();
 }

@@ -73,7 +73,8 @@ public:
     std::int32_t wrap(int axis, std::int32_t cell) const { return wrapCell(cell, mCells[axis]); }
 
     /// "4.4 -> 4.5 x 4 (9 x 8 cells)": the asked frequency, the snapped one per periodic axis
-    /// and the cells per period, for the render log.
+    /// (once when they are alike: "4.4 -> 4.5 (9 x 9 cells)") and the cells per period, for
+    /// the render log.
     std::string describe(double asked) const;
 
 private:

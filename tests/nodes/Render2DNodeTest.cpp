@@ -1,5 +1,6 @@
 // Render 2D Texture node: bit-for-bit agreement with the plane builder (float bounds, the
-// minimum range, plain and seamless, the host's size and windows), opaque black
+// minimum range, plain, seamless and tileable, the host's size and windows), a tileable render
+// of a graph that cannot repeat failing with the reason, opaque black
 // without a texture, releasing and sharing the image, log lines, worker threads.
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 
 #include "nodes/ImageRender2DTextureNode.h"
 #include "noisepp/modules/PerlinModule.h"
+#include "noisepp/modules/TransformModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/NodeTestSupport.h"
@@ -23,7 +25,7 @@ using rendertest::RenderGraph;
 /// What the plane builder makes of `module` over the given rectangle, as float RGBO.
 std::vector<float> BuilderPixels(const noisepp::Module& module, int width, int height,
                                  double lowerX, double lowerY, double upperX, double upperY,
-                                 double z, bool seamless) {
+                                 double z, bool seamless, bool periodic = false) {
     std::vector<noisepp::TextureColor> colors(static_cast<std::size_t>(width) * height);
     noisepp::utils::PlaneBuilder builder;
     builder.setModule(&module);
@@ -32,6 +34,7 @@ std::vector<float> BuilderPixels(const noisepp::Module& module, int width, int h
     builder.setBounds(lowerX, lowerY, upperX, upperY);
     builder.setZValue(z);
     builder.setSeamless(seamless);
+    builder.setPeriodic(periodic);
     builder.build();
     std::vector<float> pixels;
     for (const noisepp::TextureColor& c : colors)
@@ -89,10 +92,12 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     RenderOptions options;
     options.width = 37;
     options.height = 21;
-    for (const bool seamless : {false, true}) {
+    for (const auto& [seamless, tileable] :
+         {std::pair{false, false}, {true, false}, {false, true}}) {
         graph.Set("seamless", NodeValue::Bool(seamless));
+        options.tileable = tileable;
         const std::vector<float> whole =
-            BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless);
+            BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless, tileable);
         options.window = {};
         graph.engine.SetRenderOptions(options);
         EXPECT_EQ(graph.Pixels(), whole) << "the size replaces the frame's";
@@ -118,6 +123,17 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     graph.engine.SetRenderOptions(options);
     graph.engine.MarkDirty(graph.render);
     EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";
+    noisepp::TransformModule turned;
+    turned.setSourceModule(0, &perlin);
+    turned.setRotation(0.0, 0.0, 0.5);
+    graph.SetTexture(&turned);
+    options.window = {};
+    graph.engine.SetRenderOptions(options);
+    EXPECT_EQ(graph.Render().GetImage(), nullptr);
+    EXPECT_EQ(graph.render->GetStateMessage().rfind("Cannot render tileable: 'Texture Transform' "
+                                                    "cannot repeat: its rotation (0, 0, 28.6",
+                                                    0),
+              0u);
 }
 
 TEST_F(Render2DNodeTest, IsOpaqueBlackWithoutATextureAndEmptyOnlyWithoutOne) {
