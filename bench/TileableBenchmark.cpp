@@ -51,6 +51,7 @@ void registerGraph(const char* name, std::function<void(Graph&)> make) {
     benchmark::RegisterBenchmark(name, [make](benchmark::State& state) { render(state, make); })
         ->Arg(0)
         ->Arg(1)
+        ->UseRealTime()
         ->Unit(benchmark::kMillisecond);
 }
 

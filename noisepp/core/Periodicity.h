@@ -35,7 +35,8 @@ public:
 
 /// `cell` brought into 0 ... cells - 1 when cells > 0; unchanged otherwise.
 inline std::int32_t wrapCell(std::int32_t cell, std::int32_t cells) {
-    if (cells <= 0)
+    // Most cells of a render lie in the first period already; they skip the division.
+    if (cells <= 0 || static_cast<std::uint32_t>(cell) < static_cast<std::uint32_t>(cells))
         return cell;
     const std::int32_t r = cell % cells;
     return r < 0 ? r + cells : r;
