@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
@@ -52,15 +53,18 @@ FibersElement3D::FibersElement3D(const Pipeline3D& pipeline, std::size_t matrixS
 }
 
 std::string FibersElement3D::describePeriod(double scale) const {
-    std::string text = std::to_string(scale) + " ->";
-    std::string cells;
+    std::ostringstream scales, cells;
+    const char* separator = "";
     for (int axis = 0; axis < 3; ++axis) {
         if (mCells.cells(axis) == 0)
             continue;
-        text += (cells.empty() ? " " : " x ") + std::to_string(mScale[axis]);
-        cells += (cells.empty() ? "" : " x ") + std::to_string(mCells.cells(axis));
+        scales << separator << mScale[axis];
+        cells << separator << mCells.cells(axis);
+        separator = " x ";
     }
-    return text + " (" + cells + " cells)";
+    std::ostringstream text;
+    text << scale << " -> " << scales.str() << " (" << cells.str() << " cells)";
+    return text.str();
 }
 
 void FibersElement3D::Stack::push(const Cover& cover) {
