@@ -1,6 +1,5 @@
 // Render 2D Texture node: bit-for-bit agreement with the plane builder (float bounds, the
-// minimum range, plain, seamless and tileable, the host's size and windows), a tileable render
-// of a graph that cannot repeat failing with the reason, opaque black
+// minimum range, plain, seamless and tileable, the host's size and windows), opaque black
 // without a texture, releasing and sharing the image, log lines, worker threads.
 
 #include <gtest/gtest.h>
@@ -13,7 +12,6 @@
 
 #include "nodes/ImageRender2DTextureNode.h"
 #include "noisepp/modules/PerlinModule.h"
-#include "noisepp/modules/TransformModule.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/NodeTestSupport.h"
@@ -123,17 +121,6 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     graph.engine.SetRenderOptions(options);
     graph.engine.MarkDirty(graph.render);
     EXPECT_EQ(graph.Render().GetImage(), nullptr) << "a window outside the image is an error";
-    noisepp::TransformModule turned;
-    turned.setSourceModule(0, &perlin);
-    turned.setRotation(0.0, 0.0, 0.5);
-    graph.SetTexture(&turned);
-    options.window = {};
-    graph.engine.SetRenderOptions(options);
-    EXPECT_EQ(graph.Render().GetImage(), nullptr);
-    EXPECT_EQ(graph.render->GetStateMessage().rfind("Cannot render tileable: 'Texture Transform' "
-                                                    "cannot repeat: its rotation (0, 0, 28.6",
-                                                    0),
-              0u);
 }
 
 TEST_F(Render2DNodeTest, IsOpaqueBlackWithoutATextureAndEmptyOnlyWithoutOne) {
