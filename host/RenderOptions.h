@@ -17,6 +17,7 @@ struct RenderOptions {
         bool IsEmpty() const { return x1 <= x0 || y1 <= y0; }
         int Width() const { return x1 - x0; }
         int Height() const { return y1 - y0; }
+        bool operator==(const Window&) const = default;
     };
 
     /// Options that differ from the defaults only in the thread count.
@@ -33,6 +34,12 @@ struct RenderOptions {
     /// the host's own limit (Image::GetMaxSizeX/Y) bounds it, not the frame's.
     int width = 0;
     int height = 0;
+    /// A Render 2D node makes its texture repeat with its texture rectangle as the period
+    /// (start values and range), so that the image tiles with no seam and no blending. Each
+    /// generator fits a whole number of cells in the rectangle (its frequency snapped); a
+    /// graph that cannot repeat makes the render fail with a message naming the node. Render
+    /// 3D nodes have no rectangle and ignore it.
+    bool tileable = false;
     /// The part of that image a Render 2D node renders; its image output is then the window
     /// alone, every pixel equal to the same pixel of the whole image. Empty: the whole image.
     Window window;
@@ -47,4 +54,11 @@ struct RenderOptions {
     /// that evaluates the node; a host that evaluates several nodes at once is called from each
     /// of those threads, so the callback must be thread-safe. Empty: nobody listens.
     std::function<void(int done, int total)> progress;
+
+    /// Whether `other` asks for the same images: every option but the hooks, which a host
+    /// sets per render and which change no pixel.
+    bool SameImagesAs(const RenderOptions& other) const {
+        return threads == other.threads && width == other.width && height == other.height &&
+               tileable == other.tileable && window == other.window;
+    }
 };

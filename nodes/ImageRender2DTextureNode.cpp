@@ -138,11 +138,20 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setBounds(startX, startY, upperX, upperY);
         builder.setZValue(startZ);
         builder.setSeamless(seamless);
+        builder.setPeriodic(options.tileable);
         builder.setThreadCount(options.threads);
         auto progress = ProgressByBands(options, window.Height());
         if ((options.rowFinished || progress) && pixels > 0)
             builder.setCallback(new LineReporter(*image, options, std::move(progress), window.Height()));
-        builder.build();
+        try {
+            builder.build();
+        } catch (const noisepp::NotPeriodicException& e) {
+            SetState(outplug, kStateError, std::string("Cannot render tileable: ") + e.what());
+            ReleaseImage();
+            return;
+        }
+        for (const std::string& note : builder.getNotes())
+            Log::Info("%s - Tileable: %s", LogPrefix().c_str(), note.c_str());
     }
     Log::Info("%s - Render image: %d ms", LogPrefix().c_str(), timer.StopTimer());
 }

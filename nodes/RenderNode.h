@@ -57,10 +57,10 @@ protected:
                                                                     int total);
     /// "Texture.dll <node class>::Evaluate - <what>".
     std::string LogPrefix() const;
-
-private:
+    /// Gives up the current image, so that a failed render publishes none.
     void ReleaseImage();
 
+private:
     const NodeCatalogueEntry& mEntry;
     Image* mImage = nullptr;
 };

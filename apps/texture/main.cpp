@@ -33,6 +33,7 @@ Examples:
   texture render - -o out.exr < scene.texture.json    the document from standard input
   texture render scene.texture.json -o big.exr --size 32768x32768 --max-size 32768
   texture render scene.texture.json -o tile-{tile}.png --size 8192x8192 --tiles 3x2 --tile 4
+  texture render scene.texture.json --tileable -o seamless.png   an image that repeats
   texture nodes                       list every node type
   texture nodes "Perlin Texture" --json
   texture check scene.texture.json
@@ -48,7 +49,7 @@ The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so n
 
 // `texture render --help` in the order a user meets the questions, each group with examples.
 const std::pair<const char*, std::vector<const char*>> kRenderOptionGroups[] = {
-    {"What to render, and where", {"-o", "--node", "--all", "-O"}},
+    {"What to render, and where", {"-o", "--node", "--all", "-O", "--tileable"}},
     {"Changing the document", {"--set", "--sweep"}},
     {"File format", {"--bits", "--channels"}},
     {"Large images and tiles",
@@ -77,6 +78,7 @@ What to render, and where (default: the display node of the document):
   texture render scene.texture.json --node out --node preview -O renders/
   texture render scene.texture.json --all -O 'renders/{doc}'
   texture render - -o out.png < scene.texture.json       the document from standard input
+  texture render scene.texture.json --tileable -o tile.png   an image that repeats seamlessly
 
 Changing the document (values as in a document, or bare numbers, words and choice items):
   texture render scene.texture.json --set noise.octaves=6 --set noise.color_b=[1,0.5,0,1] -o out.png
@@ -150,6 +152,7 @@ int main(int argc, char** argv) {
 
     RenderRequest render;
     int threads = 0;
+    bool tileable = false;
     int maxSize = 0;
     bool verbose = false;
     CLI::App* renderCommand = app.add_subcommand("render", "render a document's images");
@@ -184,6 +187,11 @@ int main(int argc, char** argv) {
             },
             "RGBA (default), RGB, R (red alone) or L (luminance): the channels the file stores")
         ->type_name("RGBA|RGB|R|L");
+    renderCommand->add_flag(
+        "--tileable", tileable,
+        "make Render 2D images repeat: the texture rectangle becomes the period, each noise fits "
+        "whole cells in it (frequencies snapped, shown in the log); a graph that cannot repeat "
+        "fails naming the node (docs/tileable.md)");
     renderCommand->add_option("--max-size", maxSize, "largest image side (default 16384)")
         ->check(CLI::PositiveNumber);
     const auto pair = [](const char* option, int* a, int* b) {
@@ -287,7 +295,9 @@ int main(int argc, char** argv) {
     large.maxSize = maxSize > 0 ? maxSize : Image::GetMaxSizeX();
 
     // Before the plug-in loads, so that no render can start with other options.
-    Engine::Get()->SetRenderOptions(RenderOptions::WithThreads(static_cast<unsigned>(threads)));
+    RenderOptions renderOptions = RenderOptions::WithThreads(static_cast<unsigned>(threads));
+    renderOptions.tileable = tileable;
+    Engine::Get()->SetRenderOptions(renderOptions);
     // The image library compresses (EXR chunks, TIFF tiles) on as many threads as the render;
     // by default it takes every processor, as the render does.
     if (threads > 0) {

@@ -13,9 +13,12 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "noisepp/core/Exception.h"
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/core/PipelineJob.h"
 
@@ -51,14 +54,16 @@ public:
 
     /// Deletes every element in id order and every job still queued.
     virtual ~Pipeline() {
-        for (Element* element : mElements) delete element;
+        for (Element* element : mElements)
+            delete element;
         mModules.clear();
-        for (PipelineJob* job : mJobs) delete job;
+        for (PipelineJob* job : mJobs)
+            delete job;
     }
 
     /// Registers `element` (the pipeline owns it from here, even on failure) as the element
-    /// of `parent` and returns its id. When `parent`
-    /// already has an element here, the new one is deleted and the stored id returned.
+    /// of `parent` for the current periodicity and returns its id. When `parent` already has
+    /// an element here for that periodicity, the new one is deleted and the stored id returned.
     std::size_t addElement(const Module* parent, Element* element) {
         NOISEPP_REQUIRE(element != nullptr, "element");
         if (parent == nullptr) {
@@ -66,19 +71,21 @@ public:
             delete element;
             NOISEPP_REQUIRE(parent != nullptr, "parent");
         }
-        if (const auto found = mModules.find(parent); found != mModules.end()) {
+        const auto key = std::make_pair(parent, mPeriodicity);
+        if (const auto found = mModules.find(key); found != mModules.end()) {
             delete element;
             return found->second;
         }
         const std::size_t id = mElements.size();
-        mModules.emplace(parent, id);
+        mModules.emplace(key, id);
         mElements.push_back(element);
         return id;
     }
 
     /// The element with id i; OutOfRangeException naming "i" past the element count.
     Element* getElement(std::size_t i) const {
-        if (i >= mElements.size()) throw OutOfRangeException("i", NOISEPP_FUNCTION);
+        if (i >= mElements.size())
+            throw OutOfRangeException("i", NOISEPP_FUNCTION);
         return mElements[i];
     }
 
@@ -88,16 +95,55 @@ public:
     std::int32_t getSeed() const { return mSeed; }
     void setSeed(std::int32_t seed) { mSeed = seed; }
 
+    /// The period the module being compiled must repeat with (none by default). A module that
+    /// moves coordinates compiles its sources under the period they see (PeriodScope).
+    const Periodicity& getPeriodicity() const { return mPeriodicity; }
+    void setPeriodicity(const Periodicity& periodicity) { mPeriodicity = periodicity; }
+
+    /// Lines telling what periodic compilation changed (snapped frequencies), in compile order.
+    void addNote(std::string note) { mNotes.push_back(std::move(note)); }
+    const std::vector<std::string>& getNotes() const { return mNotes; }
+
 protected:
     std::deque<PipelineJob*> mJobs;
 
 private:
     std::int32_t mSeed = 0;
+    Periodicity mPeriodicity;
+    std::vector<std::string> mNotes;
     std::vector<Element*> mElements;
-    std::map<const Module*, std::size_t> mModules;
+    // A module reached under two periods (through a scaling transform) gets one element each.
+    std::map<std::pair<const Module*, Periodicity>, std::size_t> mModules;
 };
 
 using Pipeline3D = Pipeline<PipelineElement3D>;
+
+/// The lattice of a generator with one frequency compiled into `pipeline`: snapped to the
+/// pipeline's period (with a note naming `node`) when it asks for one, else unchanged.
+inline PeriodicLattice compileLattice(double frequency, Pipeline3D& pipeline,
+                                      const std::string& node) {
+    if (!pipeline.getPeriodicity().isPeriodic())
+        return PeriodicLattice(frequency);
+    PeriodicLattice lattice(frequency, pipeline.getPeriodicity(), node);
+    pipeline.addNote(node + ": frequency " + lattice.describe(frequency));
+    return lattice;
+}
+
+/// Compiles under another periodicity until the scope ends, then restores the previous one.
+class PeriodScope {
+public:
+    PeriodScope(Pipeline3D& pipeline, const Periodicity& periodicity)
+        : mPipeline(pipeline), mSaved(pipeline.getPeriodicity()) {
+        pipeline.setPeriodicity(periodicity);
+    }
+    ~PeriodScope() { mPipeline.setPeriodicity(mSaved); }
+    PeriodScope(const PeriodScope&) = delete;
+    PeriodScope& operator=(const PeriodScope&) = delete;
+
+private:
+    Pipeline3D& mPipeline;
+    Periodicity mSaved;
+};
 
 /// Adds `offset` to `seed` with 32-bit two's-complement wrap-around.
 inline std::int32_t wrappingAdd(std::int32_t seed, std::int32_t offset) {

@@ -103,12 +103,28 @@ inline double lerp(double a, double b, double w) {
     return (1.0 - w) * a + w * b;
 }
 
+/// The cell after `cell`, with 32-bit wrap-around.
+inline std::int32_t nextCell(std::int32_t cell) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(cell) + 1u);
+}
+
 }  // namespace coherent_detail
+
+/// The lattice of plain coherent noise: cells are hashed as they are, so it never repeats.
+struct UnboundedLattice {
+    std::int32_t wrap(int /*axis*/, std::int32_t cell) const { return cell; }
+};
 
 /// Coherent noise at a folded point for one quality level (0..5) and seed. Gradient levels
 /// give roughly +-1, value levels stay within +-0.7.
-template <int Quality>
-inline double coherentNoise3D(double x, double y, double z, std::int32_t seed) {
+///
+/// `lattice.wrap(axis, cell)` names the cell whose corner hash a lattice point uses; a
+/// periodic lattice (PeriodicLattice) makes the noise repeat after its cell counts. Only the
+/// hashes see the wrapped cells: the offsets to the corners stay those of the point's own
+/// cell, so the noise is as smooth across a wrap as anywhere else.
+template <int Quality, class Lattice = UnboundedLattice>
+inline double coherentNoise3D(double x, double y, double z, std::int32_t seed,
+                              const Lattice& lattice = {}) {
     static_assert(Quality >= kGradientLinear && Quality <= kValueQuintic);
     using namespace coherent_detail;
 
@@ -119,14 +135,18 @@ inline double coherentNoise3D(double x, double y, double z, std::int32_t seed) {
     const double wy = blendCurve<Quality>(y - y0);
     const double wz = blendCurve<Quality>(z - z0);
 
-    // The corner hash is a sum of one term per axis; each term is formed once per cell.
-    const std::uint32_t hx0 = kHashX * static_cast<std::uint32_t>(x0);
-    const std::uint32_t hx1 = hx0 + kHashX;
-    const std::uint32_t hy0 = kHashY * static_cast<std::uint32_t>(y0);
-    const std::uint32_t hy1 = hy0 + kHashY;
-    const std::uint32_t hz0 =
-        kHashZ * static_cast<std::uint32_t>(z0) + kHashSeed * static_cast<std::uint32_t>(seed);
-    const std::uint32_t hz1 = hz0 + kHashZ;
+    // The corner hash is a sum of one term per axis; each term is formed once per cell. For
+    // an unbounded lattice kHash * (cell + 1) is the lower term plus kHash, modulo 2^32.
+    const auto term = [&](int axis, std::int32_t cell, std::uint32_t factor) {
+        return factor * static_cast<std::uint32_t>(lattice.wrap(axis, cell));
+    };
+    const std::uint32_t hx0 = term(0, x0, kHashX);
+    const std::uint32_t hx1 = term(0, nextCell(x0), kHashX);
+    const std::uint32_t hy0 = term(1, y0, kHashY);
+    const std::uint32_t hy1 = term(1, nextCell(y0), kHashY);
+    const std::uint32_t seedTerm = kHashSeed * static_cast<std::uint32_t>(seed);
+    const std::uint32_t hz0 = term(2, z0, kHashZ) + seedTerm;
+    const std::uint32_t hz1 = term(2, nextCell(z0), kHashZ) + seedTerm;
 
     double c000, c100, c010, c110, c001, c101, c011, c111;
     if constexpr (Quality <= kGradientQuintic) {

@@ -42,4 +42,19 @@ OctaveTable OctaveTable::ridged(double frequency, double octaveCount, std::int32
     return table;
 }
 
+void OctaveTable::makePeriodic(const Periodicity& periodicity, const std::string& node,
+                               Pipeline3D& pipeline) {
+    if (!periodicity.isPeriodic())
+        return;
+    std::vector<PeriodicLattice> lattices;
+    for (std::size_t i = 0; i < mRecords.size(); ++i) {
+        lattices.emplace_back(mRecords[i].frequency, periodicity, node);
+        // The partial octave's record exists even when unused; it is not worth a note then.
+        if (i < mWholeOctaves || mFraction > 0.0)
+            pipeline.addNote(node + " octave " + std::to_string(i + 1) + ": frequency " +
+                             lattices.back().describe(mRecords[i].frequency));
+    }
+    mLattices = std::move(lattices);
+}
+
 }  // namespace noisepp

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/math/CoherentNoise.h"
 
@@ -38,6 +39,16 @@ public:
     static OctaveTable ridged(double frequency, double octaveCount, std::int32_t seed,
                               double lacunarity, double exponent);
 
+    /// Snaps every octave's frequency to whole cells of `periodicity` (when it has a period) and
+    /// adds one note per octave to `pipeline`, naming `node`. Throws NotPeriodicException for
+    /// an octave that would need more than 2^30 cells per period.
+    void makePeriodic(const Periodicity& periodicity, const std::string& node,
+                      Pipeline3D& pipeline);
+    /// True once makePeriodic has given the octaves lattices that repeat.
+    bool isPeriodic() const { return !mLattices.empty(); }
+    /// The lattice of octave i; only for a periodic table.
+    const PeriodicLattice& lattice(std::size_t i) const { return mLattices[i]; }
+
     const OctaveRecord& operator[](std::size_t i) const { return mRecords[i]; }
     /// Number of whole octaves; the record after them serves the partial octave.
     std::size_t getWholeOctaveCount() const { return mWholeOctaves; }
@@ -48,6 +59,7 @@ private:
     explicit OctaveTable(double octaveCount);
 
     std::vector<OctaveRecord> mRecords;
+    std::vector<PeriodicLattice> mLattices;
     std::size_t mWholeOctaves = 0;
     double mFraction = 0.0;
 };
@@ -61,6 +73,19 @@ inline double sampleOctave(const OctaveRecord& octave, double x, double y, doubl
     return coherentNoise3D<Quality>(
         foldToInt32Range(x * octave.frequency), foldToInt32Range(y * octave.frequency),
         foldToInt32Range(z * octave.frequency), wrappingAdd(octave.seed, channel));
+}
+
+/// Raw coherent noise of octave i of `octaves`: sampleOctave for a plain table; for a periodic
+/// one the point is scaled by the octave's snapped frequency per axis and the lattice wraps.
+template <int Quality>
+inline double sampleOctave(const OctaveTable& octaves, std::size_t i, double x, double y, double z,
+                           std::int32_t channel) {
+    if (!octaves.isPeriodic())
+        return sampleOctave<Quality>(octaves[i], x, y, z, channel);
+    const PeriodicLattice& lattice = octaves.lattice(i);
+    return coherentNoise3D<Quality>(
+        foldToInt32Range(x * lattice.frequency(0)), foldToInt32Range(y * lattice.frequency(1)),
+        foldToInt32Range(z * lattice.frequency(2)), wrappingAdd(octaves[i].seed, channel), lattice);
 }
 
 }  // namespace noisepp

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-#include "noisepp/modules/CellIndex.h"
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 
@@ -44,7 +44,7 @@ double quintic(double r) {
 }  // namespace
 
 BlobsElement3D::BlobsElement3D(const Settings& settings)
-    : mFrequency(settings.frequency),
+    : mLattice(settings.lattice),
       mColorA(settings.colorA),
       mColorB(settings.colorB),
       mDensityThreshold(densityThreshold(settings.density)),
@@ -58,9 +58,9 @@ BlobsElement3D::BlobsElement3D(const Settings& settings)
 }
 
 TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
-    const double X = x * mFrequency;
-    const double Y = y * mFrequency;
-    const double Z = z * mFrequency;
+    const double X = x * mLattice.frequency(0);
+    const double Y = y * mLattice.frequency(1);
+    const double Z = z * mLattice.frequency(2);
     const std::int32_t fx = floorToInt32(X);
     const std::int32_t fy = floorToInt32(Y);
     const std::int32_t fz = floorToInt32(Z);
@@ -69,16 +69,21 @@ TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
         return static_cast<std::uint32_t>(mPermutation[i & 255u]);
     };
 
+    // A blob's centre, radius and presence come from its cell wrapped into the period; its
+    // position stays that of the cell itself. The x cells are wrapped once, not per (y, z).
+    std::uint32_t wrappedX[5];
+    for (std::int32_t i = -mReach; i <= mReach; ++i)
+        wrappedX[i + mReach] = static_cast<std::uint32_t>(mLattice.wrap(0, wrapAdd(fx, i)));
     double sum = 0.0;
     for (std::int32_t k = -mReach; k <= mReach; ++k) {
         const std::int32_t cz = wrapAdd(fz, k);
-        const auto uz = static_cast<std::uint32_t>(cz);
+        const auto uz = static_cast<std::uint32_t>(mLattice.wrap(2, cz));
         for (std::int32_t j = -mReach; j <= mReach; ++j) {
             const std::int32_t cy = wrapAdd(fy, j);
-            const auto uy = static_cast<std::uint32_t>(cy);
+            const auto uy = static_cast<std::uint32_t>(mLattice.wrap(1, cy));
             for (std::int32_t i = -mReach; i <= mReach; ++i) {
                 const std::int32_t cx = wrapAdd(fx, i);
-                const auto ux = static_cast<std::uint32_t>(cx);
+                const std::uint32_t ux = wrappedX[i + mReach];
 
                 const std::uint32_t a0 = p(ux + s) + s;
                 const std::uint32_t a1 = p(ux + s + 1u) + s;

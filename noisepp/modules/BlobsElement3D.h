@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/core/PipelineElement3D.h"
 
 namespace noisepp {
@@ -14,7 +15,6 @@ class BlobsElement3D : public PipelineElement3D {
 public:
     /// What the element copies from its module; `seed` already includes the pipeline's seed.
     struct Settings {
-        double frequency;
         TextureColor colorA;
         TextureColor colorB;
         double minRadius;
@@ -22,6 +22,8 @@ public:
         double density;
         bool largeInteraction;
         std::int32_t seed;
+        /// The cells per unit (the frequency, snapped per axis when the texture repeats).
+        PeriodicLattice lattice;
     };
 
     explicit BlobsElement3D(const Settings& settings);
@@ -32,7 +34,7 @@ public:
     std::int32_t getDensityThreshold() const { return mDensityThreshold; }
 
 private:
-    double mFrequency;
+    PeriodicLattice mLattice;
     TextureColor mColorA;
     TextureColor mColorB;
     double mMinRadius;

@@ -6,14 +6,15 @@
 namespace noisepp {
 
 std::size_t BlobsModule::addToPipeline(Pipeline3D* pipeline) const {
-    const BlobsElement3D::Settings settings{mFrequency,
-                                            mColorA,
+    const PeriodicLattice lattice = compileLattice(mFrequency, *pipeline, "Blobs Texture");
+    const BlobsElement3D::Settings settings{mColorA,
                                             mColorB,
                                             mMinRadius,
                                             mMaxRadius,
                                             mDensity,
                                             mLargeInteraction != 0,
-                                            wrappingAdd(mSeed, pipeline->getSeed())};
+                                            wrappingAdd(mSeed, pipeline->getSeed()),
+                                            lattice};
     return pipeline->addElement(this, new BlobsElement3D(settings));
 }
 

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
-#include "noisepp/modules/CellIndex.h"
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 
@@ -28,7 +29,7 @@ FibreLayout::Parameters layoutParameters(const FibersElement3D::Settings& settin
 FibersElement3D::FibersElement3D(const Pipeline3D& pipeline, std::size_t matrixSource,
                                  const Settings& settings)
     : mMatrix(matrixSource == kNoSource ? nullptr : pipeline.getElement(matrixSource)),
-      mScale(settings.scale),
+      mScale{settings.scale, settings.scale, settings.scale},
       mShape(settings.shape == kShapeBox || settings.shape == kShapeCylinder ? settings.shape
                                                                              : kShapeSmooth),
       mCore(1.0 - unitRange(settings.fade)),
@@ -38,7 +39,33 @@ FibersElement3D::FibersElement3D(const Pipeline3D& pipeline, std::size_t matrixS
       mColorB(settings.colorB),
       mHashSeed(settings.layout.seed & 255u),
       mPermutation(kPermutationTable),
-      mLayout(layoutParameters(settings)) {}
+      mLayout(layoutParameters(settings)),
+      mCells(settings.scale) {
+    if (!settings.periodicity.isPeriodic())
+        return;
+    const std::array<double, 3> cellSize = {mLayout.cellLength(), 1.0, mLayout.layerThickness()};
+    std::array<double, 3> cellFrequency{};
+    for (int axis = 0; axis < 3; ++axis)
+        cellFrequency[axis] = settings.scale / cellSize[axis];
+    mCells = PeriodicLattice(cellFrequency, settings.periodicity, "Fibers Texture");
+    for (int axis = 0; axis < 3; ++axis)
+        mScale[axis] = mCells.frequency(axis) * cellSize[axis];
+}
+
+std::string FibersElement3D::describePeriod(double scale) const {
+    std::ostringstream scales, cells;
+    const char* separator = "";
+    for (int axis = 0; axis < 3; ++axis) {
+        if (mCells.cells(axis) == 0)
+            continue;
+        scales << separator << mScale[axis];
+        cells << separator << mCells.cells(axis);
+        separator = " x ";
+    }
+    std::ostringstream text;
+    text << scale << " -> " << scales.str() << " (" << cells.str() << " cells)";
+    return text.str();
+}
 
 void FibersElement3D::Stack::push(const Cover& cover) {
     int position = count;
@@ -59,9 +86,9 @@ void FibersElement3D::Stack::push(const Cover& cover) {
 }
 
 TextureColor FibersElement3D::getValue(double x, double y, double z) const {
-    const double px = x * mScale;
-    const double py = y * mScale;
-    const double pz = z * mScale;
+    const double px = x * mScale[0];
+    const double py = y * mScale[1];
+    const double pz = z * mScale[2];
     const double cellLength = mLayout.cellLength();
     const double thickness = mLayout.layerThickness();
     const std::int32_t ci = floorToInt32(px / cellLength);
@@ -85,7 +112,10 @@ TextureColor FibersElement3D::getValue(double x, double y, double z) const {
             for (std::int32_t di = -reachX; di <= reachX; ++di) {
                 const std::int32_t i = wrapAdd(ci, di);
                 const double lx = px - i * cellLength;
-                for (const std::uint32_t index : mLayout.candidates(patternOf(i, j, k), lx, ly)) {
+                // The layout of a cell comes from the cell wrapped into the period.
+                const std::uint32_t pattern =
+                    patternOf(mCells.wrap(0, i), mCells.wrap(1, j), mCells.wrap(2, k));
+                for (const std::uint32_t index : mLayout.candidates(pattern, lx, ly)) {
                     const FibreLayout::Fibre& fibre = mLayout.fibre(index);
                     const double dz = lz - fibre.z;
                     if (!(std::abs(dz) < fibre.radius))

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/modules/FibreLayout.h"
@@ -34,6 +35,9 @@ public:
         TextureColor colorA;
         TextureColor colorB;
         FibreLayout::Parameters layout;
+        /// The period the fibres must repeat with; the scale is then snapped per axis so that
+        /// whole cells (and layers) fit it.
+        Periodicity periodicity;
     };
 
     /// `matrixSource` is the pipeline index of the matrix texture's element or kNoSource; an
@@ -43,6 +47,8 @@ public:
     TextureColor getValue(double x, double y, double z) const override;
 
     const FibreLayout& getLayout() const { return mLayout; }
+    /// "3 -> 3.02 x 2.98 (12 x 6 cells)": the snapped scale per periodic axis, for the log.
+    std::string describePeriod(double scale) const;
 
 private:
     /// A fibre covering the point: its height in the stack and how much it covers.
@@ -67,7 +73,7 @@ private:
     TextureColor fibreColour(std::uint32_t index) const;
 
     const PipelineElement3D* mMatrix;
-    double mScale;
+    std::array<double, 3> mScale;
     std::int32_t mShape;
     double mCore;
     double mInverseFade;
@@ -77,6 +83,8 @@ private:
     std::uint32_t mHashSeed;
     std::array<std::int32_t, 512> mPermutation;
     FibreLayout mLayout;
+    /// Cells along x, rows along y and layers along z per unit, wrapped when periodic.
+    PeriodicLattice mCells;
 };
 
 }  // namespace noisepp

@@ -1,5 +1,7 @@
 #include "noisepp/modules/FibersModule.h"
 
+#include <memory>
+
 #include "noisepp/modules/FibersElement3D.h"
 
 namespace noisepp {
@@ -18,9 +20,12 @@ std::size_t FibersModule::addToPipeline(Pipeline3D* pipeline) const {
     layout.size = mSize;
     layout.sizeBias = mSizeBias;
     layout.seed = static_cast<std::uint32_t>(wrappingAdd(mSeed, pipeline->getSeed()));
-    const FibersElement3D::Settings settings{mScale,  mShape,  mFade, mColorMatrix,
-                                             mColorA, mColorB, layout};
-    return pipeline->addElement(this, new FibersElement3D(*pipeline, source, settings));
+    const FibersElement3D::Settings settings{mScale,  mShape,  mFade,  mColorMatrix,
+                                             mColorA, mColorB, layout, pipeline->getPeriodicity()};
+    auto element = std::make_unique<FibersElement3D>(*pipeline, source, settings);
+    if (settings.periodicity.isPeriodic())
+        pipeline->addNote("Fibers Texture: scale " + element->describePeriod(mScale));
+    return pipeline->addElement(this, element.release());
 }
 
 }  // namespace noisepp

@@ -61,11 +61,11 @@ double FractalSumElement3D<Octaves>::sumOctaves(double start, double x, double y
     const std::size_t n = mOctaves.getWholeOctaveCount();
     double sum = start;
     for (std::size_t i = 0; i < n; ++i) {
-        const double v = sampleOctave<Quality>(mOctaves[i], x, y, z, channel) * mScale;
+        const double v = sampleOctave<Quality>(mOctaves, i, x, y, z, channel) * mScale;
         sum = sum + Octaves::whole(v, mOctaves[i].weight);
     }
     if (mOctaves.getFraction() > 0.0) {
-        const double v = sampleOctave<Quality>(mOctaves[n], x, y, z, channel) * mScale;
+        const double v = sampleOctave<Quality>(mOctaves, n, x, y, z, channel) * mScale;
         sum = sum + Octaves::partial(v, mOctaves[n].weight, mOctaves.getFraction());
     }
     return sum;

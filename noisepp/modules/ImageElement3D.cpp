@@ -55,10 +55,17 @@ Runs splitRuns(double low, double high, double size, bool repeat) {
 }  // namespace
 
 ImageElement3D::ImageElement3D(std::uint32_t width, std::uint32_t height, const double* table,
-                               std::uint32_t flags)
-    : mWidth(width), mHeight(height), mTable(table), mFlags(flags) {}
+                               std::uint32_t flags, double scaleX, double scaleY)
+    : mWidth(width),
+      mHeight(height),
+      mTable(table),
+      mFlags(flags),
+      mScaleX(scaleX),
+      mScaleY(scaleY) {}
 
 TextureColor ImageElement3D::getValue(double x, double y, double /*z*/) const {
+    x = x * mScaleX;
+    y = y * mScaleY;
     if (mTable == nullptr || mWidth == 0 || mHeight == 0)
         return {0.0f, 0.0f, 0.0f, 1.0f};
     if ((mFlags & ImageModule::kRepeatX) == 0 && (x < 0.0 || x > 1.0))

@@ -15,8 +15,10 @@ namespace noisepp {
 class ImageElement3D : public PipelineElement3D {
 public:
     /// `table` may be null (no image); it is borrowed and must outlive the element.
+    /// `scaleX` and `scaleY` multiply x and y first (1 by default), so that a repeating image
+    /// fits a whole number of times in a texture's period.
     ImageElement3D(std::uint32_t width, std::uint32_t height, const double* table,
-                   std::uint32_t flags);
+                   std::uint32_t flags, double scaleX = 1.0, double scaleY = 1.0);
 
     /// The area sample at (x, y) with a 0 x 0 footprint. Without an image: opaque black. A
     /// coordinate outside 0 ... 1 in a direction that does not repeat: transparent black.
@@ -34,6 +36,8 @@ private:
     std::uint32_t mHeight;
     const double* mTable;
     std::uint32_t mFlags;
+    double mScaleX;
+    double mScaleY;
 };
 
 }  // namespace noisepp

@@ -22,7 +22,16 @@ void ImageModule::clearImage() {
 }
 
 std::size_t ImageModule::addToPipeline(Pipeline3D* pipeline) const {
-    return pipeline->addElement(this, new ImageElement3D(mWidth, mHeight, mTable, mFlags));
+    const auto& period = pipeline->getPeriodicity().period;
+    constexpr const char* kNode = "Image Texture";
+    if (period[0] > 0.0 && (mFlags & kRepeatX) == 0)
+        throw NotPeriodicException(kNode, "the picture does not repeat along x; turn tile_x on");
+    if (period[1] > 0.0 && (mFlags & kRepeatY) == 0)
+        throw NotPeriodicException(kNode, "the picture does not repeat along y; turn tile_y on");
+    // The image covers one unit square: a repeating texture fits whole copies in its period.
+    const PeriodicLattice copies = compileLattice(1.0, *pipeline, kNode);
+    return pipeline->addElement(this, new ImageElement3D(mWidth, mHeight, mTable, mFlags,
+                                                         copies.frequency(0), copies.frequency(1)));
 }
 
 void ImageModule::write(OutStream& stream) const {

@@ -2,9 +2,11 @@
 
 namespace noisepp {
 
-OctaveTable PerlinModuleBase::makeOctaveTable(const Pipeline3D& pipeline) const {
-    return OctaveTable::fractalSum(mFrequency, mOctaveCount, seedIn(pipeline), mLacunarity,
-                                   mPersistence);
+OctaveTable PerlinModuleBase::makeOctaveTable(Pipeline3D& pipeline, const char* node) const {
+    OctaveTable octaves = OctaveTable::fractalSum(mFrequency, mOctaveCount, seedIn(pipeline),
+                                                  mLacunarity, mPersistence);
+    octaves.makePeriodic(pipeline.getPeriodicity(), node, pipeline);
+    return octaves;
 }
 
 }  // namespace noisepp

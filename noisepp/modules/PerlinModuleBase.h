@@ -18,8 +18,9 @@ public:
 protected:
     PerlinModuleBase() : FractalModuleBase(3.0) {}
 
-    /// The octave table of an element compiled into `pipeline`.
-    OctaveTable makeOctaveTable(const Pipeline3D& pipeline) const;
+    /// The octave table of an element compiled into `pipeline`, periodic when the pipeline
+    /// asks for it (its notes then name `node`).
+    OctaveTable makeOctaveTable(Pipeline3D& pipeline, const char* node) const;
     std::vector<double> getOwnParameters() const override { return {mPersistence}; }
     void setOwnParameters(const std::vector<double>& values) override { mPersistence = values[0]; }
 

@@ -67,14 +67,14 @@ double RidgedMultiElement3D::ridgedSum(double x, double y, double z, std::int32_
     const std::size_t n = mOctaves.getWholeOctaveCount();
     double sum = 0.0;
     for (std::size_t i = 0; i < n; ++i) {
-        const double v = sampleOctave<Quality>(mOctaves[i], x, y, z, channel) * mScale;
+        const double v = sampleOctave<Quality>(mOctaves, i, x, y, z, channel) * mScale;
         double signal = mOffset - std::fabs(v);
         signal = signal * signal * feedback;
         feedback = std::max(std::min(signal * mGain, 1.0), -1.0);
         sum = sum + signal * mOctaves[i].weight;
     }
     if (mOctaves.getFraction() > 0.0) {
-        const double v = sampleOctave<Quality>(mOctaves[n], x, y, z, channel) * mScale;
+        const double v = sampleOctave<Quality>(mOctaves, n, x, y, z, channel) * mScale;
         const double ridge = mOffset - std::fabs(v);
         const double signal = ridge * ridge * feedback;
         sum = sum + signal * mOctaves.getFraction() * mOctaves[n].weight;

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "noisepp/core/Module.h"
+#include "noisepp/modules/AffineTransform.h"
 
 namespace noisepp {
 
@@ -24,7 +25,9 @@ public:
     const std::array<double, 3>& getScale() const { return mScale; }
 
     /// Compiles the source, then the element with the inverse of the transform. A singular
-    /// transform (a zero scale) does not fail. NoModuleException without a source.
+    /// transform (a zero scale) does not fail. NoModuleException without a source. For a
+    /// periodic pipeline the source is compiled for the period it sees through the transform;
+    /// NotPeriodicException when a rotation turns that period off the axes.
     std::size_t addToPipeline(Pipeline3D* pipeline) const override;
     int getType() const override { return 20; }
     /// Nine doubles: translation x, y, z, rotation x, y, z, scale x, y, z.
@@ -32,6 +35,9 @@ public:
     void read(InStream& stream) override;
 
 private:
+    /// The transform from source to texture coordinates.
+    AffineTransform forward() const;
+
     std::array<double, 3> mTranslation = {0.0, 0.0, 0.0};
     std::array<double, 3> mRotation = {0.0, 0.0, 0.0};
     std::array<double, 3> mScale = {1.0, 1.0, 1.0};

@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
+#include "noisepp/math/ColorBlend.h"
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellRandom.h"
-#include "noisepp/math/ColorBlend.h"
 #include "noisepp/simd/NearestFeatureKernel.h"
 
 namespace noisepp {
@@ -41,6 +41,19 @@ Point featurePoint(std::int32_t cx, std::int32_t cy, std::int32_t cz, std::int32
             cz + bias * cellRandom(static_cast<std::int32_t>(h + 2026u))};
 }
 
+/// The feature point of a cell of a repeating lattice: the point of the wrapped cell, moved
+/// back by whole periods so that distances stay those of the cell itself.
+Point featurePoint(std::int32_t cx, std::int32_t cy, std::int32_t cz, std::int32_t seed,
+                   double bias, const PeriodicLattice& lattice) {
+    if (!lattice.isPeriodic())
+        return featurePoint(cx, cy, cz, seed, bias);
+    const std::int32_t wx = lattice.wrap(0, cx);
+    const std::int32_t wy = lattice.wrap(1, cy);
+    const std::int32_t wz = lattice.wrap(2, cz);
+    const Point p = featurePoint(wx, wy, wz, seed, bias);
+    return {p.x + wrapAdd(cx, -wx), p.y + wrapAdd(cy, -wy), p.z + wrapAdd(cz, -wz)};
+}
+
 double squaredDistance(const Point& p, double x, double y, double z) {
     const double dx = p.x - x;
     const double dy = p.y - y;
@@ -52,11 +65,11 @@ double squaredDistance(const Point& p, double x, double y, double z) {
 /// -kReach to kReach, z innermost: one slab of a block.
 template <class Function>
 void forEachFeatureOfSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz, std::int32_t seed,
-                          double bias, Function&& f) {
+                          double bias, const PeriodicLattice& lattice, Function&& f) {
     for (int j = -kReach; j <= kReach; ++j) {
         const std::int32_t cy = wrapAdd(iy, j);
         for (int k = -kReach; k <= kReach; ++k)
-            f(featurePoint(cx, cy, wrapAdd(iz, k), seed, bias));
+            f(featurePoint(cx, cy, wrapAdd(iz, k), seed, bias, lattice));
     }
 }
 
@@ -64,9 +77,9 @@ void forEachFeatureOfSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz, std
 /// outermost and z innermost: the visiting order decides ties.
 template <class Function>
 void forEachFeaturePoint(std::int32_t ix, std::int32_t iy, std::int32_t iz, std::int32_t seed,
-                         double bias, Function&& f) {
+                         double bias, const PeriodicLattice& lattice, Function&& f) {
     for (int i = -kReach; i <= kReach; ++i)
-        forEachFeatureOfSlab(wrapAdd(ix, i), iy, iz, seed, bias, f);
+        forEachFeatureOfSlab(wrapAdd(ix, i), iy, iz, seed, bias, lattice, f);
 }
 
 constexpr std::size_t kSlabSize = kBlock * kBlock;
@@ -78,7 +91,8 @@ public:
     /// Enough for the blocks of 28 neighbouring cells at once (about 19 KiB).
     static constexpr std::size_t kCapacity = 32;
 
-    SlabList(std::int32_t seed, double bias) : mSeed(seed), mBias(bias) {}
+    SlabList(std::int32_t seed, double bias, const PeriodicLattice& lattice)
+        : mSeed(seed), mBias(bias), mLattice(lattice) {}
 
     std::size_t count() const { return mCount; }
     bool hasRoomFor(std::size_t slabs) const { return mCount + slabs <= kCapacity; }
@@ -88,14 +102,25 @@ public:
         std::size_t n = 0;
         for (int j = -kReach; j <= kReach; ++j) {
             for (int k = -kReach; k <= kReach; ++k, ++n) {
-                cellX[n] = cx;
-                cellY[n] = wrapAdd(iy, j);
-                cellZ[n] = wrapAdd(iz, k);
+                cellX[n] = mLattice.wrap(0, cx);
+                cellY[n] = mLattice.wrap(1, wrapAdd(iy, j));
+                cellZ[n] = mLattice.wrap(2, wrapAdd(iz, k));
             }
         }
         const std::size_t at = mCount * kSlabSize;
         simd::makeFeaturePoints(cellX, cellY, cellZ, kSlabSize, mSeed, mBias, mX + at, mY + at,
                                 mZ + at);
+        if (mLattice.isPeriodic()) {
+            // Back from the wrapped cells to the block's own, as the one-point path does.
+            n = 0;
+            for (int j = -kReach; j <= kReach; ++j) {
+                for (int k = -kReach; k <= kReach; ++k, ++n) {
+                    mX[at + n] = mX[at + n] + wrapAdd(cx, -cellX[n]);
+                    mY[at + n] = mY[at + n] + wrapAdd(wrapAdd(iy, j), -cellY[n]);
+                    mZ[at + n] = mZ[at + n] + wrapAdd(wrapAdd(iz, k), -cellZ[n]);
+                }
+            }
+        }
         ++mCount;
     }
 
@@ -114,6 +139,7 @@ public:
 private:
     std::int32_t mSeed;
     double mBias;
+    const PeriodicLattice& mLattice;
     std::size_t mCount = 0;
     double mX[kCapacity * kSlabSize];
     double mY[kCapacity * kSlabSize];
@@ -123,10 +149,13 @@ private:
 }  // namespace
 
 TextureColor VoronoiElement3D::getValue(double x, double y, double z) const {
-    const double f = mSettings.frequency;
+    const PeriodicLattice& f = mSettings.lattice;
+    const double fx = x * f.frequency(0);
+    const double fy = y * f.frequency(1);
+    const double fz = z * f.frequency(2);
     if (mSettings.shape >= kShapeEdges)
-        return edgeDistance(x * f, y * f, z * f);
-    return shadedCell(x * f, y * f, z * f);
+        return edgeDistance(fx, fy, fz);
+    return shadedCell(fx, fy, fz);
 }
 
 TextureColor VoronoiElement3D::shadedCell(double x, double y, double z) const {
@@ -134,7 +163,7 @@ TextureColor VoronoiElement3D::shadedCell(double x, double y, double z) const {
     double second = kFar;
     Point nearestPoint{0.0, 0.0, 0.0};
     forEachFeaturePoint(latticeCellOf(x), latticeCellOf(y), latticeCellOf(z), mSettings.seed,
-                        mSettings.bias, [&](const Point& p) {
+                        mSettings.bias, mSettings.lattice, [&](const Point& p) {
                             const double d = squaredDistance(p, x, y, z);
                             if (d < nearest) {
                                 second = nearest;
@@ -157,23 +186,25 @@ TextureColor VoronoiElement3D::shade(double nearest, double second, double point
         e = (kSqrt3 * std::sqrt(second) - 1.0) - (kSqrt3 * std::sqrt(nearest) - 1.0);
     }
     // The shade of a cell depends on where its point lies, not on the seed.
-    const double c =
-        cellRandom(cellHash(floorToInt32(pointX), floorToInt32(pointY), floorToInt32(pointZ)));
+    const PeriodicLattice& lattice = mSettings.lattice;
+    const double c = cellRandom(cellHash(lattice.wrap(0, floorToInt32(pointX)),
+                                         lattice.wrap(1, floorToInt32(pointY)),
+                                         lattice.wrap(2, floorToInt32(pointZ))));
     return applyColourRamp(c * mSettings.displacement + e, mSettings.ramp);
 }
 
 void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
-    const double f = mSettings.frequency;
+    const PeriodicLattice& f = mSettings.lattice;
     double x[kRunLength], y[kRunLength], z[kRunLength];
     for (std::size_t i = 0; i < points.count; ++i) {
-        x[i] = points.x[i] * f;
-        y[i] = points.yAt(i) * f;
-        z[i] = points.zAt(i) * f;
+        x[i] = points.x[i] * f.frequency(0);
+        y[i] = points.yAt(i) * f.frequency(1);
+        z[i] = points.zAt(i) * f.frequency(2);
     }
     double nearest[kRunLength], second[kRunLength];
     double pointX[kRunLength], pointY[kRunLength], pointZ[kRunLength];
     std::int32_t firstSlab[kRunLength];
-    SlabList slabs(mSettings.seed, mSettings.bias);
+    SlabList slabs(mSettings.seed, mSettings.bias, mSettings.lattice);
     // Points [done, i) have their blocks in `slabs`; their nearest features are found several
     // points at a time, whatever cells they lie in.
     std::size_t done = 0;
@@ -235,7 +266,7 @@ TextureColor VoronoiElement3D::edgeDistance(double x, double y, double z) const 
     double nearest = kFar;
     std::size_t nearestIndex = 0;
     forEachFeaturePoint(latticeCellOf(x), latticeCellOf(y), latticeCellOf(z), mSettings.seed,
-                        mSettings.bias, [&](const Point& p) {
+                        mSettings.bias, mSettings.lattice, [&](const Point& p) {
                             const double d = squaredDistance(p, x, y, z);
                             if (d < nearest) {
                                 nearest = d;

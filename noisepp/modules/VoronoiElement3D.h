@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/core/PipelineElement3D.h"
 #include "noisepp/math/ColourRamp.h"
 
@@ -13,12 +14,13 @@ class VoronoiElement3D : public PipelineElement3D {
 public:
     /// What the element copies from its module; `seed` already includes the pipeline's seed.
     struct Settings {
-        double frequency;
         std::int32_t seed;
         double bias;
         std::int32_t shape;
         double displacement;
         ColourRamp ramp;
+        /// The cells per unit (the frequency, snapped per axis when the texture repeats).
+        PeriodicLattice lattice;
     };
 
     explicit VoronoiElement3D(const Settings& settings) : mSettings(settings) {}

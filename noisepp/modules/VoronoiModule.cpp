@@ -7,10 +7,14 @@
 namespace noisepp {
 
 std::size_t VoronoiModule::addToPipeline(Pipeline3D* pipeline) const {
+    const PeriodicLattice lattice = compileLattice(mFrequency, *pipeline, "Voronoi Texture");
     const VoronoiElement3D::Settings settings{
-        mFrequency,    wrappingAdd(mSeed, pipeline->getSeed()),
-        mBias,         mShape,
-        mDisplacement, ColourRamp::create(mColorA, mColorB, mRangeLow, mRangeHigh)};
+        wrappingAdd(mSeed, pipeline->getSeed()),
+        mBias,
+        mShape,
+        mDisplacement,
+        ColourRamp::create(mColorA, mColorB, mRangeLow, mRangeHigh),
+        lattice};
     return pipeline->addElement(this, new VoronoiElement3D(settings));
 }
 

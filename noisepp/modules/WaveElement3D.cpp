@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "noisepp/modules/CellIndex.h"
+#include "noisepp/core/Periodicity.h"
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 
@@ -33,6 +34,7 @@ WaveElement3D::WaveElement3D(const Settings& settings)
       // The table repeats every 256 entries, so reducing the seed changes no lookup and keeps
       // the largest index, 255 + 255 + 1, within the table for any seed.
       mNoiseSeed(static_cast<std::uint32_t>(settings.noiseSeed) & 255u),
+      mNoiseCells(settings.noiseCells),
       mInverseRange(1.0 / settings.range),
       mInverseBias(1.0 / settings.bias),
       mInverseRest(1.0 / (1.0 - settings.bias)) {
@@ -61,10 +63,20 @@ double WaveElement3D::distance(double x, double y, double z) const {
 double WaveElement3D::disturbed(double d) const {
     const double u = d / mNoiseScale;
     const double f = std::floor(u);
-    const std::uint32_t i = (static_cast<std::uint32_t>(truncateToInt32(f)) & 255u) + mNoiseSeed;
+    const std::int32_t cell = truncateToInt32(f);
+    std::uint32_t i = (static_cast<std::uint32_t>(cell) & 255u) + mNoiseSeed;
+    std::uint32_t next = i + 1u;
+    if (mNoiseCells > 0) {
+        // A repeating disturbance reads the cell after its last one at its first cell.
+        const auto index = [this](std::int32_t c) {
+            return (static_cast<std::uint32_t>(wrapCell(c, mNoiseCells)) & 255u) + mNoiseSeed;
+        };
+        i = index(cell);
+        next = index(wrapAdd(cell, 1));
+    }
     const double w = u - f;
     const double g0 = kWaveGradient[static_cast<std::uint32_t>(mPermutation[i]) & 7u];
-    const double g1 = kWaveGradient[static_cast<std::uint32_t>(mPermutation[i + 1u]) & 7u];
+    const double g1 = kWaveGradient[static_cast<std::uint32_t>(mPermutation[next]) & 7u];
     const double a = w * g0;
     // (1 - w), not (w - 1): this sign is part of the pattern, and flipping it would change
     // every disturbed band.

@@ -24,6 +24,9 @@ public:
         double noiseScale;
         double noiseStrength;
         std::int32_t noiseSeed;
+        /// Disturbance cells after which the disturbance repeats (0: never), for a texture
+        /// that repeats along x.
+        std::int32_t noiseCells = 0;
     };
 
     explicit WaveElement3D(const Settings& settings);
@@ -45,6 +48,7 @@ private:
     double mNoiseScale;
     double mNoiseStrength;
     std::uint32_t mNoiseSeed;
+    std::int32_t mNoiseCells;
     double mInverseRange;
     double mInverseBias;
     double mInverseRest;

@@ -4,6 +4,7 @@
 
 #include "noisepp/core/Module.h"
 #include "noisepp/core/TextureColor.h"
+#include "noisepp/modules/WaveElement3D.h"
 
 namespace noisepp {
 
@@ -57,6 +58,10 @@ public:
     void read(InStream& stream) override;
 
 private:
+    /// Snaps the settings so that the waves repeat with the pipeline's period (with a note);
+    /// throws NotPeriodicException for waves that circle a centre along a repeating axis.
+    void makePeriodic(WaveElement3D::Settings& settings, Pipeline3D& pipeline) const;
+
     double mFrequency = 1.0;
     double mRange = 1.0;
     double mBias = 0.5;

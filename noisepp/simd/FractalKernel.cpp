@@ -31,13 +31,29 @@ using VL = hn::Vec<DL>;
 
 constexpr std::size_t kMaxLanes = HWY_MAX_BYTES / sizeof(double);
 
-/// The lattice cell, blend weight and corner offsets of one coordinate per lane.
+/// The lattice cell, blend weight and corner offsets of one coordinate per lane, and the
+/// cells after which the axis's lattice wraps (0: never; see PeriodicLattice).
 struct Axis {
     V cell;
     V weight;
     V lowerOffset;
     V upperOffset;
+    std::int32_t period = 0;
 };
+
+/// The hash terms of the lower and upper corners of `cell` along an axis: factor times the
+/// cell and the next one, each wrapped into the period first when the axis repeats.
+HWY_INLINE void cornerTerms(std::int32_t cell, std::int32_t period, std::uint32_t factor,
+                            std::uint32_t* terms) {
+    if (period == 0) {
+        terms[0] = factor * static_cast<std::uint32_t>(cell);
+        terms[1] = terms[0] + factor;
+        return;
+    }
+    terms[0] = factor * static_cast<std::uint32_t>(wrapCell(cell, period));
+    terms[1] =
+        factor * static_cast<std::uint32_t>(wrapCell(coherent_detail::nextCell(cell), period));
+}
 
 template <int Quality>
 HWY_INLINE V blendCurve(D d, V t) {
@@ -70,14 +86,15 @@ HWY_INLINE V fold(D d, V v) {
 }
 
 template <int Quality>
-HWY_INLINE Axis makeAxis(D d, V v) {
+HWY_INLINE Axis makeAxis(D d, V v, std::int32_t period) {
     const V one = hn::Set(d, 1.0);
     // Truncation toward zero, one lower where v is not greater than zero. Every folded
     // coordinate's cell is exact in double, so the cell is kept there.
     V cell = hn::Trunc(v);
     cell = hn::IfThenElse(hn::Gt(v, hn::Zero(d)), cell, hn::Sub(cell, one));
     const V lowerOffset = hn::Sub(v, cell);
-    return {cell, blendCurve<Quality>(d, lowerOffset), lowerOffset, hn::Sub(v, hn::Add(cell, one))};
+    return {cell, blendCurve<Quality>(d, lowerOffset), lowerOffset, hn::Sub(v, hn::Add(cell, one)),
+            period};
 }
 
 HWY_INLINE bool isUniform(D d, V v) {
@@ -103,11 +120,24 @@ HWY_INLINE void cornersPerLane(D d, const Axis& x, const Axis& y, const Axis& z,
     const auto hashOf = [&](V cell, std::uint32_t factor) {
         return hn::Mul(hn::BitCast(du, hn::DemoteTo(di, cell)), hn::Set(du, factor));
     };
-    const VU hx[2] = {hashOf(x.cell, 1619u), hn::Add(hashOf(x.cell, 1619u), hn::Set(du, 1619u))};
-    const VU hy0 = hashOf(y.cell, 31337u);
-    const VU hy[2] = {hy0, hn::Add(hy0, hn::Set(du, 31337u))};
-    const VU hz0 = hn::Add(hashOf(z.cell, 6971u), hn::Set(du, seedHash));
-    const VU hz[2] = {hz0, hn::Add(hz0, hn::Set(du, 6971u))};
+    // Lower and upper corner terms; a repeating axis wraps both cells (exactly, in double).
+    const auto terms = [&](const Axis& axis, std::uint32_t factor, VU* out) {
+        if (axis.period == 0) {
+            out[0] = hashOf(axis.cell, factor);
+            out[1] = hn::Add(out[0], hn::Set(du, factor));
+            return;
+        }
+        const V n = hn::Set(d, static_cast<double>(axis.period));
+        const auto wrap = [&](V c) { return hn::Sub(c, hn::Mul(hn::Floor(hn::Div(c, n)), n)); };
+        out[0] = hashOf(wrap(axis.cell), factor);
+        out[1] = hashOf(wrap(hn::Add(axis.cell, hn::Set(d, 1.0))), factor);
+    };
+    VU hx[2], hy[2], hz[2];
+    terms(x, 1619u, hx);
+    terms(y, 31337u, hy);
+    terms(z, 6971u, hz);
+    hz[0] = hn::Add(hz[0], hn::Set(du, seedHash));
+    hz[1] = hn::Add(hz[1], hn::Set(du, seedHash));
     const V dx[2] = {x.lowerOffset, x.upperOffset};
     const V dy[2] = {y.lowerOffset, y.upperOffset};
     const V dz[2] = {z.lowerOffset, z.upperOffset};
@@ -132,15 +162,13 @@ HWY_INLINE void cornersPerLane(D d, const Axis& x, const Axis& y, const Axis& z,
 template <int Quality>
 HWY_INLINE void cornersOfOneCell(D d, const Axis& x, const Axis& y, const Axis& z,
                                  std::uint32_t seedHash, V* corners) {
-    const auto cellOf = [&](V cell) {
-        return static_cast<std::uint32_t>(static_cast<std::int32_t>(hn::GetLane(cell)));
-    };
-    const std::uint32_t hx0 = 1619u * cellOf(x.cell);
-    const std::uint32_t hy0 = 31337u * cellOf(y.cell);
-    const std::uint32_t hz0 = 6971u * cellOf(z.cell) + seedHash;
-    const std::uint32_t hx[2] = {hx0, hx0 + 1619u};
-    const std::uint32_t hy[2] = {hy0, hy0 + 31337u};
-    const std::uint32_t hz[2] = {hz0, hz0 + 6971u};
+    const auto cellOf = [&](V cell) { return static_cast<std::int32_t>(hn::GetLane(cell)); };
+    std::uint32_t hx[2], hy[2], hz[2];
+    cornerTerms(cellOf(x.cell), x.period, 1619u, hx);
+    cornerTerms(cellOf(y.cell), y.period, 31337u, hy);
+    cornerTerms(cellOf(z.cell), z.period, 6971u, hz);
+    hz[0] += seedHash;
+    hz[1] += seedHash;
     const V dx[2] = {x.lowerOffset, x.upperOffset};
     const V dy[2] = {y.lowerOffset, y.upperOffset};
     const V dz[2] = {z.lowerOffset, z.upperOffset};
@@ -210,16 +238,17 @@ HWY_INLINE void transposeRecords(const double* const* records, VB& x, VB& y, VB&
 template <int Quality>
 class RowCorners {
 public:
-    RowCorners(const Axis& y, const Axis& z, std::uint32_t seedHash) {
-        const auto cellOf = [](V cell) {
-            return static_cast<std::uint32_t>(static_cast<std::int32_t>(hn::GetLane(cell)));
-        };
-        const std::uint32_t hy = 31337u * cellOf(y.cell);
-        const std::uint32_t hz = 6971u * cellOf(z.cell) + seedHash;
+    /// `periodX`: the cells after which x wraps (0: never).
+    RowCorners(const Axis& y, const Axis& z, std::uint32_t seedHash, std::int32_t periodX)
+        : mPeriodX(periodX) {
+        const auto cellOf = [](V cell) { return static_cast<std::int32_t>(hn::GetLane(cell)); };
+        std::uint32_t hy[2], hz[2];
+        cornerTerms(cellOf(y.cell), y.period, 31337u, hy);
+        cornerTerms(cellOf(z.cell), z.period, 6971u, hz);
         const double dy[2] = {hn::GetLane(y.lowerOffset), hn::GetLane(y.upperOffset)};
         const double dz[2] = {hn::GetLane(z.lowerOffset), hn::GetLane(z.upperOffset)};
         for (int k = 0; k < 4; ++k) {
-            mHashYZ[k] = hy + (k & 1) * 31337u + hz + (k >> 1) * 6971u;
+            mHashYZ[k] = hy[k & 1] + hz[k >> 1] + seedHash;
             mOffsetY[k] = dy[k & 1];
             mOffsetZ[k] = dz[k >> 1];
         }
@@ -261,10 +290,10 @@ public:
         }
     }
 
-    /// The corner hash of lattice point `cell` along x and (y, z) corner k: every lattice point
-    /// of the table goes through here.
+    /// The corner hash of lattice point `cell` along x and (y, z) corner k, x wrapped into the
+    /// period when the row repeats: every lattice point of the table goes through here.
     std::uint32_t hashOf(std::int32_t cell, int k) const {
-        return 1619u * static_cast<std::uint32_t>(cell) + mHashYZ[k];
+        return 1619u * static_cast<std::uint32_t>(wrapCell(cell, mPeriodX)) + mHashYZ[k];
     }
 
     /// The x-gradients (value noise: values) and the y and z terms of corner k, by entry.
@@ -313,6 +342,7 @@ private:
         }
     }
 
+    std::int32_t mPeriodX;
     std::uint32_t mHashYZ[4];
     double mOffsetY[4];
     double mOffsetZ[4];
@@ -434,7 +464,9 @@ HWY_INLINE V coherentNoise(D d, const Axis& x, const Axis& y, const Axis& z, std
 
 /// The per-octave constants of the octave loop.
 struct Octave {
-    V frequency;
+    /// Per axis, and the cells after which each axis wraps (0: never).
+    V frequency[3];
+    std::int32_t period[3];
     V weight;
     V fraction;
     std::uint32_t seedHash;
@@ -479,15 +511,18 @@ template <int Quality, RowCells Cells>
 HWY_INLINE void octaveStep(D d, const FractalRun& run, const Octave& octave, const Axis* rowY,
                            const Axis* rowZ, RowCorners<Quality>* rowCorners, const double* x,
                            const double* y, const double* z, double* sum, double* feedback) {
-    const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency)));
+    const Axis ax = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, x), octave.frequency[0])),
+                                      octave.period[0]);
     V noise;
     if (rowY != nullptr) {
         noise = coherentNoise<Quality, Cells>(d, ax, *rowY, *rowZ, octave.seedHash,
                                               octave.rowInOneCell && isUniform(d, ax.cell),
                                               octave.rowInOneCell ? rowCorners : nullptr);
     } else {
-        const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency)));
-        const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency)));
+        const Axis ay = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, y), octave.frequency[1])),
+                                          octave.period[1]);
+        const Axis az = makeAxis<Quality>(d, fold(d, hn::Mul(hn::LoadU(d, z), octave.frequency[2])),
+                                          octave.period[2]);
         const bool sameCell =
             isUniform(d, ax.cell) && isUniform(d, ay.cell) && isUniform(d, az.cell);
         noise = coherentNoise<Quality, RowCells::Wide>(d, ax, ay, az, octave.seedHash, sameCell,
@@ -523,7 +558,8 @@ HWY_NOINLINE void octaveOverRun(D d, const FractalRun& run, const Octave& octave
         // reads it: one tight loop, and the vectors' loads never wait for the stores.
         const auto cellAt = [&](std::size_t i) {
             return hn::GetLane(
-                makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.x[i]), octave.frequency)))
+                makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.x[i]), octave.frequency[0])),
+                                  octave.period[0])
                     .cell);
         };
         const double first = cellAt(0);
@@ -575,14 +611,21 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
             break;
         const OctaveRecord& record = table[o];
         const auto seed = static_cast<std::uint32_t>(wrappingAdd(record.seed, run.channel));
-        const V frequency = hn::Set(d, record.frequency);
+        // A repeating table's octaves have their own frequency per axis and wrap.
+        const PeriodicLattice lattice =
+            table.isPeriodic() ? table.lattice(o) : PeriodicLattice(record.frequency);
+        const V frequency[3] = {hn::Set(d, lattice.frequency(0)), hn::Set(d, lattice.frequency(1)),
+                                hn::Set(d, lattice.frequency(2))};
         Axis rowY{}, rowZ{};
         if (row) {
             // A row's y and z are the same for every point: their part is formed once.
-            rowY = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowY), frequency)));
-            rowZ = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowZ), frequency)));
+            rowY = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowY), frequency[1])),
+                                     lattice.cells(1));
+            rowZ = makeAxis<Quality>(d, fold(d, hn::Mul(hn::Set(d, points.rowZ), frequency[2])),
+                                     lattice.cells(2));
         }
-        const Octave octave{frequency,
+        const Octave octave{{frequency[0], frequency[1], frequency[2]},
+                            {lattice.cells(0), lattice.cells(1), lattice.cells(2)},
                             hn::Set(d, record.weight),
                             hn::Set(d, table.getFraction()),
                             1013u * seed,
@@ -590,9 +633,9 @@ void accumulateLevel(const FractalRun& settings, const PointRun& points, double*
                             row && isUniform(d, rowY.cell) && isUniform(d, rowZ.cell)};
         const Axis* ay = row ? &rowY : nullptr;
         const Axis* az = row ? &rowZ : nullptr;
-        RowCorners<Quality> rowCorners(rowY, rowZ, octave.seedHash);
+        RowCorners<Quality> rowCorners(rowY, rowZ, octave.seedHash, octave.period[0]);
         RowCorners<Quality>* corners = row ? &rowCorners : nullptr;
-        if (octave.rowInOneCell && cellsAreNarrow(points, record.frequency, lanes)) {
+        if (octave.rowInOneCell && cellsAreNarrow(points, lattice.frequency(0), lanes)) {
             octaveOverRun<Quality, RowCells::Narrow>(d, run, octave, ay, az, corners, points, sum,
                                                      feedback);
         } else {

@@ -16,6 +16,7 @@ void PlaneBuilder::build() {
 
 void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element) {
     checkParameters();
+    mNotes.clear();
     NOISEPP_REQUIRE(mLowerBoundX < mUpperBoundX, "(mLowerBoundX, mUpperBoundX)");
     NOISEPP_REQUIRE(mLowerBoundY < mUpperBoundY, "(mLowerBoundY, mUpperBoundY)");
     const std::int32_t x0 = mWindowed ? mWindowX0 : 0;
@@ -30,7 +31,11 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
         NOISEPP_REQUIRE(mModule != nullptr, "mModule");
         ownPipeline = createPipeline(mThreadCount);
         pipeline = ownPipeline.get();
+        if (mPeriodic)
+            pipeline->setPeriodicity(
+                {{mUpperBoundX - mLowerBoundX, mUpperBoundY - mLowerBoundY, 0.0}});
         element = pipeline->getElement(mModule->addToPipeline(pipeline));
+        mNotes = pipeline->getNotes();
     } else {
         NOISEPP_REQUIRE(element != nullptr, "element");
     }

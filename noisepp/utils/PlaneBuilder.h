@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "noisepp/core/Pipeline.h"
 #include "noisepp/core/PipelineElement3D.h"
@@ -34,6 +36,12 @@ public:
     /// The constant third coordinate of every sample.
     void setZValue(double z) { mZValue = z; }
     void setSeamless(bool seamless) { mSeamless = seamless; }
+    /// Compiles the module to repeat with the bounds' extent along x and y, so that the image
+    /// tiles with no blending (see Periodicity). build() then throws NotPeriodicException for
+    /// a tree that cannot repeat, and getNotes() tells the snapped frequencies.
+    void setPeriodic(bool periodic) { mPeriodic = periodic; }
+    /// What periodic compilation changed, one line per generator octave, from the last build().
+    const std::vector<std::string>& getNotes() const { return mNotes; }
     /// Renders only the pixels [x0, x1) x [y0, y1) of the width x height image; the
     /// destination then holds (x1 - x0) x (y1 - y0) colours, row-major. build() checks that
     /// the window is non-empty and inside the image.
@@ -67,6 +75,8 @@ private:
     double mUpperBoundY = 0.0;
     double mZValue = 0.0;
     bool mSeamless = false;
+    bool mPeriodic = false;
+    std::vector<std::string> mNotes;
     bool mWindowed = false;
     std::int32_t mWindowX0 = 0;
     std::int32_t mWindowY0 = 0;

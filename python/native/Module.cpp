@@ -68,10 +68,12 @@ std::string CatalogueJson() {
 }
 
 ScriptDocument::RenderRequest MakeRequest(const std::string& node, const py::object& size,
-                                          const py::object& window, unsigned threads) {
+                                          const py::object& window, unsigned threads,
+                                          bool tileable) {
     ScriptDocument::RenderRequest request;
     request.node = node;
     request.threads = threads;
+    request.tileable = tileable;
     if (!size.is_none()) {
         const auto [width, height] = size.cast<std::pair<int, int>>();
         if (width < 1 || height < 1)
@@ -119,8 +121,8 @@ py::array_t<float> RenderInBands(ScriptDocument& document, ScriptDocument::Rende
 }
 
 py::array_t<float> Render(ScriptDocument& document, const std::string& node, const py::object& size,
-                          const py::object& window, unsigned threads) {
-    ScriptDocument::RenderRequest request = MakeRequest(node, size, window, threads);
+                          const py::object& window, unsigned threads, bool tileable) {
+    ScriptDocument::RenderRequest request = MakeRequest(node, size, window, threads, tileable);
     const auto [width, height] = document.PlannedSize(request);
     if (static_cast<std::size_t>(width) * static_cast<std::size_t>(height) > kBandPixels)
         return RenderInBands(document, request, width, height);
@@ -223,7 +225,7 @@ PYBIND11_MODULE(_native, m) {
         .def("node_type", &ScriptDocument::GetNodeType, py::arg("id"))
         .def_property("display", &ScriptDocument::GetDisplay, &ScriptDocument::SetDisplay)
         .def("render", &Render, py::arg("node"), py::arg("size"), py::arg("window"),
-             py::arg("threads"))
+             py::arg("threads"), py::arg("tileable") = false)
         .def("sample", &Sample, py::arg("node"), py::arg("points"), py::arg("threads"),
              py::arg("runs"));
 }

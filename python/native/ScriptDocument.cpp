@@ -241,11 +241,8 @@ Image* ScriptDocument::Render(const RenderRequest& request) {
     options.width = request.width;
     options.height = request.height;
     options.window = request.window;
-    const RenderOptions& current = mEngine.GetRenderOptions();
-    if (current.threads != options.threads || current.width != options.width ||
-        current.height != options.height || current.window.x0 != options.window.x0 ||
-        current.window.y0 != options.window.y0 || current.window.x1 != options.window.x1 ||
-        current.window.y1 != options.window.y1) {
+    options.tileable = request.tileable;
+    if (!mEngine.GetRenderOptions().SameImagesAs(options)) {
         mEngine.SetRenderOptions(options);
         for (Node* each : mEngine.GetNodes())
             if (FindPlug(*each, Node::kImagePlug) >= 0)

@@ -26,13 +26,15 @@ class ScriptDocument {
 public:
     /// What to render: a node with an image output, the size a Render 2D node renders its
     /// rectangle at (0 x 0: its frame's size), the window of that image (empty: all of it,
-    /// row 0 at the top) and the worker threads (0: one per processor).
+    /// row 0 at the top), the worker threads (0: one per processor) and whether the image
+    /// repeats (RenderOptions::tileable).
     struct RenderRequest {
         std::string node;
         int width = 0;
         int height = 0;
         RenderOptions::Window window;
         unsigned threads = 0;
+        bool tileable = false;
     };
 
     explicit ScriptDocument(const PluginLoader& catalogue);

@@ -199,7 +199,7 @@ class Document:
         """Writes the document atomically; an existing file is untouched on failure."""
         self._native.save(str(path))
 
-    def render(self, node=None, size=None, window=None, threads=None):
+    def render(self, node=None, size=None, window=None, threads=None, tileable=False):
         """Renders a node with an image output (default: the display node).
 
         Returns a float32 array of shape (height, width, 4), **row 0 at the top**, with the
@@ -208,6 +208,9 @@ class Document:
         ``window`` = (x0, y0, x1, y1) gives only the pixels [x0, x1) x [y0, y1) of that image
         (rows counted from the top), each the same as in the whole image. ``threads`` is the
         number of worker threads (default: one per processor); the bits never depend on it.
+        ``tileable=True`` makes a Render 2D image repeat with its texture rectangle as the
+        period: every noise fits whole cells in it, so copies placed side by side meet with no
+        seam and no blending (``RuntimeError`` names a node that cannot repeat).
 
         The array owns the render's own buffer (no copy) up to 4 M pixels; larger renders
         go in bands of rows into a fresh array. The interpreter lock is released while
@@ -217,7 +220,8 @@ class Document:
         node = node or self._native.display
         if not node:
             raise ValueError("the document names no display node; pass node=ID")
-        return self._native.render(node, _pair(size), _window(window), _threads(threads))
+        return self._native.render(node, _pair(size), _window(window), _threads(threads),
+                                   bool(tileable))
 
     def sample(self, node, points, threads=None, runs=True):
         """Evaluates a texture node at arbitrary 3D points.

@@ -37,21 +37,24 @@ def _document(text):
     return cache[text]
 
 
-def _render_block(text, node, size, threads, block_info=None):
+def _render_block(text, node, size, threads, tileable, block_info=None):
     (y0, y1), (x0, x1), _ = block_info[None]["array-location"]
-    return _document(text).render(node, size=size, window=(x0, y0, x1, y1), threads=threads)
+    return _document(text).render(
+        node, size=size, window=(x0, y0, x1, y1), threads=threads, tileable=tileable
+    )
 
 
 def _splits(length, chunk):
     return tuple(min(chunk, length - start) for start in range(0, length, chunk))
 
 
-def render(doc, node, size, chunks=4096, threads=1):
+def render(doc, node, size, chunks=4096, threads=1, tileable=False):
     """A lazy (height, width, 4) float32 dask array of a Render 2D node at ``size``.
 
     ``size`` is (width, height) in pixels (or one number for a square); ``chunks`` the block
     size in pixels, one number or (rows, columns). Each block renders its window on
-    ``threads`` threads in whichever process runs it. Row 0 is the top row.
+    ``threads`` threads in whichever process runs it. Row 0 is the top row. ``tileable``
+    as in ``Document.render``.
     """
     width, height = texture._pair(size)
     rows, columns = (chunks, chunks) if np.isscalar(chunks) else chunks
@@ -63,10 +66,11 @@ def render(doc, node, size, chunks=4096, threads=1):
         node,
         (width, height),
         threads,
+        bool(tileable),
         chunks=(_splits(height, int(rows)), _splits(width, int(columns)), (4,)),
         dtype=np.float32,
         meta=np.empty((0, 0, 0), dtype=np.float32),
-        name=f"texture-render-{dask.base.tokenize(text, node, width, height)}",
+        name=f"texture-render-{dask.base.tokenize(text, node, width, height, tileable)}",
     )
 
 

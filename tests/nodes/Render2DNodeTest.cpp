@@ -1,5 +1,5 @@
 // Render 2D Texture node: bit-for-bit agreement with the plane builder (float bounds, the
-// minimum range, plain and seamless, the host's size and windows), opaque black
+// minimum range, plain, seamless and tileable, the host's size and windows), opaque black
 // without a texture, releasing and sharing the image, log lines, worker threads.
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ using rendertest::RenderGraph;
 /// What the plane builder makes of `module` over the given rectangle, as float RGBO.
 std::vector<float> BuilderPixels(const noisepp::Module& module, int width, int height,
                                  double lowerX, double lowerY, double upperX, double upperY,
-                                 double z, bool seamless) {
+                                 double z, bool seamless, bool periodic = false) {
     std::vector<noisepp::TextureColor> colors(static_cast<std::size_t>(width) * height);
     noisepp::utils::PlaneBuilder builder;
     builder.setModule(&module);
@@ -32,6 +32,7 @@ std::vector<float> BuilderPixels(const noisepp::Module& module, int width, int h
     builder.setBounds(lowerX, lowerY, upperX, upperY);
     builder.setZValue(z);
     builder.setSeamless(seamless);
+    builder.setPeriodic(periodic);
     builder.build();
     std::vector<float> pixels;
     for (const noisepp::TextureColor& c : colors)
@@ -89,10 +90,12 @@ TEST_F(Render2DNodeTest, RendersTheHostsSizeAndWindowsOfItBitForBit) {
     RenderOptions options;
     options.width = 37;
     options.height = 21;
-    for (const bool seamless : {false, true}) {
+    for (const auto& [seamless, tileable] :
+         {std::pair{false, false}, {true, false}, {false, true}}) {
         graph.Set("seamless", NodeValue::Bool(seamless));
+        options.tileable = tileable;
         const std::vector<float> whole =
-            BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless);
+            BuilderPixels(perlin, 37, 21, 0.0, 0.0, 2.3f, 1.1f, 0.0, seamless, tileable);
         options.window = {};
         options.rowFinished = {};
         graph.engine.SetRenderOptions(options);

@@ -17,7 +17,7 @@ const TextureColor kA{0.0f, 0.25f, 0.5f, 1.0f};
 const TextureColor kB{1.0f, 0.75f, 0.0f, 0.5f};
 
 std::int32_t thresholdFor(double density) {
-    BlobsElement3D::Settings s{1.0, kA, kB, 0.0, 1.0, density, false, 0};
+    BlobsElement3D::Settings s{kA, kB, 0.0, 1.0, density, false, 0, PeriodicLattice(1.0)};
     return BlobsElement3D(s).getDensityThreshold();
 }
 

@@ -59,7 +59,7 @@ TEST(Fibers, TheMatrixIsFoundByPipelineIndexAndABadIndexIsRefused) {
     Pipeline3D pipeline;
     CheckerboardModule board;
     const std::size_t boardId = board.addToPipeline(&pipeline);
-    FibersElement3D::Settings settings{1.0, 0, 0.5, kMatrix, kA, kB, {}};
+    FibersElement3D::Settings settings{1.0, 0, 0.5, kMatrix, kA, kB, {}, {}};
     settings.layout.density = 0.0;
     const FibersElement3D withBoard(pipeline, boardId, settings);
     EXPECT_EQ(withBoard.getValue(0.6, 0.1, 0.0), (TextureColor{1, 1, 1, 1}));

@@ -100,3 +100,19 @@ def test_files_written_block_by_block_equal_the_one_piece_file(tmp_path, perlin_
         with texture.ImageWriter(tmp_path / "partial.exr", 96, 64) as out:
             out.write(0, 0, image[:32])
     assert not any(path.name.startswith((".partial", "partial")) for path in tmp_path.iterdir())
+
+
+def test_tileable_renders_wrap_the_texture_and_refuse_graphs_that_cannot(perlin_document):
+    perlin_document["noise"]["frequency"] = 4.3  # snapped to whole cells of the 2 x 1 range
+    plain = perlin_document.render()
+    tiled = perlin_document.render(tileable=True)
+    assert not np.array_equal(tiled, plain)
+    assert np.array_equal(perlin_document.render(), plain)
+    # Across the wrap the image steps no more than between interior neighbours.
+    inside = np.abs(np.diff(tiled, axis=1)).mean()
+    assert np.abs(tiled[:, -1] - tiled[:, 0]).mean() < 2 * inside
+    perlin_document.add("Texture Transform", "turn", rotation_z=30)
+    perlin_document.link("noise.texture", "turn.texture")
+    perlin_document.link("turn.texture", "out.texture")
+    with pytest.raises(RuntimeError, match="'Texture Transform' cannot repeat: its rotation"):
+        perlin_document.render(tileable=True)
