@@ -30,7 +30,9 @@ class LineReporter : public noisepp::utils::BuilderCallback {
 public:
     LineReporter(const Image& image, const RenderOptions& options,
                  std::function<void(int, int)> progress, int total)
-        : mImage(image), mRowFinished(options.rowFinished), mProgress(std::move(progress)),
+        : mImage(image),
+          mRowFinished(options.rowFinished),
+          mProgress(std::move(progress)),
           mTotal(total) {}
 
     void progress(int linesDone) override {
@@ -142,7 +144,8 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setThreadCount(options.threads);
         auto progress = ProgressByBands(options, window.Height());
         if ((options.rowFinished || progress) && pixels > 0)
-            builder.setCallback(new LineReporter(*image, options, std::move(progress), window.Height()));
+            builder.setCallback(
+                new LineReporter(*image, options, std::move(progress), window.Height()));
         try {
             builder.build();
         } catch (const noisepp::NotPeriodicException& e) {

@@ -75,7 +75,7 @@ QSize QRenderTextureThread::GetSize() const {
 }
 
 bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width, int height,
-                                         noisepp::TextureColor* buffer) {
+                                         noisepp::TextureColor* buffer, std::string* failure) {
     Log::Trace("Texture.dll RenderPreview - start");
     if (parameters.node == nullptr)
         return finish(false);
@@ -110,12 +110,15 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
                               parameters.startX + parameters.rangeX, parameters.startY + rangeY);
             builder.setZValue(parameters.fixedZ);
             builder.setSeamless(parameters.seamless);
+            builder.setPeriodic(parameters.tileable);
             builder.build();
             result = true;
         } catch (const std::exception& error) {
             // A zero range or a broken module tree: the preview shows black, the reason goes to
             // the log for whoever wonders why.
             Log::Trace("Texture.dll RenderPreview - builder failed: %s", error.what());
+            if (failure != nullptr)
+                *failure = error.what();
         }
     }
     Node::ReleaseValue(value);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <string>
 
 #include <QImage>
 #include <QMutex>
@@ -40,6 +41,9 @@ public:
         /// When set, range y follows range x and the image's aspect ratio.
         bool keepAspect = true;
         bool seamless = false;
+        /// When set, the texture repeats with the rectangle as its period (a host's tileable
+        /// view); a graph that cannot repeat gives no preview.
+        bool tileable = false;
         noisepp::TextureColor backgroundA{1.0f, 1.0f, 1.0f, 1.0f};
         noisepp::TextureColor backgroundB{192.0f / 255.0f, 192.0f / 255.0f, 192.0f / 255.0f, 1.0f};
         int checkerSize = 5;
@@ -64,9 +68,10 @@ public:
     /// Fills `buffer` (width x height colours, row 0 = lowest y) with the texture on outplug 0 of
     /// `parameters.node` over the parameters' rectangle. False, buffer untouched, when there is
     /// no node, the node has no texture, or the engine refuses the rectangle (for example a
-    /// range of zero).
+    /// range of zero, or a graph that cannot repeat when tileable); `failure`, when given, then
+    /// gets the engine's reason.
     static bool RenderPreview(const Parameters& parameters, int width, int height,
-                              noisepp::TextureColor* buffer);
+                              noisepp::TextureColor* buffer, std::string* failure = nullptr);
 
 signals:
     /// Declared for hosts that show progress; the preview does not report any.

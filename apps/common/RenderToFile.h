@@ -24,7 +24,7 @@ public:
     /// Evaluates `node` and writes its image as Write does, the rows going to the file while
     /// later rows render (see Evaluate and Finish).
     bool Render(Node& node, const std::string& path, const FileLayout& layout,
-                          std::string* error) const;
+                std::string* error) const;
     /// Evaluates `node`, handing the rows of the image it renders to `file` as they are
     /// finished, for callers that decide after the evaluation whether to keep the file.
     void Evaluate(Node& node, StreamedImageFile& file) const;
@@ -38,7 +38,7 @@ public:
     /// existing file intact. False with a message when the node has no image output, produced
     /// no image, or the file cannot be written or cannot hold the layout.
     bool Write(const Node& node, const std::string& path, const FileLayout& layout,
-                          std::string* error) const;
+               std::string* error) const;
 
 private:
     /// The image of the node's last evaluation, or null with a message naming the node.

@@ -113,8 +113,8 @@ void DisplayController::Show(Node* node, const NodePicture& picture) {
         mViewer->SetImage(picture.image);
         const PlaneSettings plane = mPlane();
         const double rangeY = plane.keepAspect ? plane.rangeX : plane.rangeY;
-        emit report(tr("'%1' is a texture: x %2 to %3, y %4 to %5 at z %6%7, as the preview "
-                       "dialog shows it (menu Texture), %8 ms")
+        emit report(tr("'%1' is a texture: x %2 to %3, y %4 to %5 at z %6%7%8, as the "
+                       "preview dialog shows it (menu Texture), %9 ms")
                         .arg(id)
                         .arg(plane.startX)
                         .arg(plane.startX + plane.rangeX)
@@ -122,6 +122,7 @@ void DisplayController::Show(Node* node, const NodePicture& picture) {
                         .arg(plane.startY + rangeY)
                         .arg(plane.fixedZ)
                         .arg(plane.seamless ? tr(", seamless") : QString())
+                        .arg(plane.tileable ? tr(", tileable") : QString())
                         .arg(picture.milliseconds));
     } else {
         mViewer->SetImage(picture.image);

@@ -64,10 +64,12 @@ NodePicture PictureOfTexture(Engine& engine, Node* node, const QSize& fitInto,
     parameters.fixedZ = plane.fixedZ;
     parameters.keepAspect = plane.keepAspect;
     parameters.seamless = plane.seamless;
+    parameters.tileable = plane.tileable;
     std::vector<noisepp::TextureColor> buffer(static_cast<std::size_t>(size.width()) *
                                               size.height());
-    if (QRenderTextureThread::RenderPreview(parameters, size.width(), size.height(),
-                                            buffer.data())) {
+    std::string failure;
+    if (QRenderTextureThread::RenderPreview(parameters, size.width(), size.height(), buffer.data(),
+                                            &failure)) {
         picture.image = CheckerboardCompositor(parameters.backgroundA, parameters.backgroundB,
                                                parameters.checkerSize)
                             .Composite(buffer.data(), size.width(), size.height());
@@ -75,6 +77,8 @@ NodePicture PictureOfTexture(Engine& engine, Node* node, const QSize& fitInto,
     }
     picture.failed = node->GetState() == Node::kStateError;
     picture.message = StateMessage(*node);
+    if (picture.message.isEmpty() && plane.tileable && !failure.empty())
+        picture.message = QObject::tr("it cannot tile: %1").arg(QString::fromStdString(failure));
     if (picture.message.isEmpty())
         picture.message = QObject::tr("it gives no texture (an input may be missing)");
     return picture;

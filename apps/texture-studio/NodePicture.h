@@ -19,6 +19,8 @@ struct PlaneSettings {
     /// When set, range y follows range x and the picture's aspect ratio.
     bool keepAspect = true;
     bool seamless = false;
+    /// The texture repeats with the rectangle as its period (the studio's View > Tileable).
+    bool tileable = false;
 
     friend bool operator==(const PlaneSettings&, const PlaneSettings&) = default;
 };

@@ -252,6 +252,13 @@ void StudioWindow::BuildMenus() {
     thumbnails->setCheckable(true);
     thumbnails->setChecked(mScene->AreThumbnailsShown());
     connect(thumbnails, &QAction::toggled, mThumbnails, &ThumbnailUpdater::SetEnabled);
+    mTileableAction = view->addAction(tr("Ti&leable Textures"));
+    mTileableAction->setObjectName("m_tileable_action");
+    mTileableAction->setCheckable(true);
+    mTileableAction->setToolTip(
+        tr("Textures on view and on thumbnails repeat with the previewed "
+           "rectangle as their period"));
+    connect(mTileableAction, &QAction::toggled, this, &StudioWindow::PlaneChanged);
     view->addAction(tr("Fit &Graph"), QKeySequence(tr("Ctrl+Shift+0")), this,
                     &StudioWindow::FitGraph);
 
@@ -274,6 +281,7 @@ bool StudioWindow::WaitForThumbnails(int timeoutMs) {
 
 PlaneSettings StudioWindow::CurrentPlane() const {
     PlaneSettings plane;
+    plane.tileable = mTileableAction != nullptr && mTileableAction->isChecked();
     // The plug-in's preview dialog is the one place where an artist chooses the part of the
     // plane to look at; its widgets are read by name, as the plug-in's classes are its own.
     const auto* dialog = findChild<QDialog*>("QTextureDialog");
@@ -359,16 +367,17 @@ void StudioWindow::childEvent(QChildEvent* event) {
 void StudioWindow::FollowPreviewSettings(QWidget* dialog) {
     if (dialog == nullptr)
         return;
-    const auto changed = [this] {
-        mThumbnails->SetPlane(CurrentPlane());
-        Node* display = mManager->GetDisplayNode();
-        if (display != nullptr && RenderToFile::FindImageOutplug(*display) < 0)
-            mDisplay->OutputChanged();
-    };
     for (auto* spinner : dialog->findChildren<QDoubleSpinBox*>())
-        connect(spinner, &QDoubleSpinBox::valueChanged, this, changed);
+        connect(spinner, &QDoubleSpinBox::valueChanged, this, &StudioWindow::PlaneChanged);
     for (auto* check : dialog->findChildren<QCheckBox*>())
-        connect(check, &QCheckBox::toggled, this, changed);
+        connect(check, &QCheckBox::toggled, this, &StudioWindow::PlaneChanged);
+}
+
+void StudioWindow::PlaneChanged() {
+    mThumbnails->SetPlane(CurrentPlane());
+    Node* display = mManager->GetDisplayNode();
+    if (display != nullptr && RenderToFile::FindImageOutplug(*display) < 0)
+        mDisplay->OutputChanged();
 }
 
 void StudioWindow::showEvent(QShowEvent* event) {

@@ -87,6 +87,8 @@ private:
     void FillRecentMenu();
     /// Shows texture nodes again whenever a setting of the preview dialog changes.
     void FollowPreviewSettings(QWidget* dialog);
+    /// Renders the thumbnails and a texture on view again over the current plane settings.
+    void PlaneChanged();
     void UpdateActions();
     void UpdateUndoLabels();
     void UpdateTitle();
@@ -116,6 +118,7 @@ private:
     QAction* mPasteAction = nullptr;
     QAction* mDuplicateAction = nullptr;
     QAction* mThumbnailAction = nullptr;
+    QAction* mTileableAction = nullptr;
     QMenu* mRecentMenu = nullptr;
     QLabel* mStatus = nullptr;
     DisplayController* mDisplay = nullptr;

@@ -429,6 +429,13 @@ TEST(StudioBakeTest, TheBakeViewGetsTheMeshAndItsImageAndTexturesShowAsPlanes) {
         EXPECT_EQ(window.GetViewer()->GetImage().size(), QSize(512, 512));
         EXPECT_TRUE(window.GetStatusText().contains("is a texture"));
         EXPECT_FALSE(bake->isVisibleTo(&window));
+        // View > Tileable Textures makes the plane repeat: another picture, and the status says so.
+        const QImage plain = window.GetViewer()->GetImage();
+        window.findChild<QAction*>("m_tileable_action")->setChecked(true);
+        ASSERT_TRUE(window.EvaluateDisplay());
+        EXPECT_TRUE(window.GetStatusText().contains("tileable"))
+            << window.GetStatusText().toStdString();
+        EXPECT_NE(window.GetViewer()->GetImage(), plain);
     }
     Engine::Get()->Clear();  // before the loader unloads the plug-in
 }
