@@ -94,9 +94,9 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
         value->GetTexture() != nullptr)
         module = value->GetTexture()->module;
 
-    float rangeY = parameters.rangeY;
-    if (parameters.keepAspect)
-        rangeY = (static_cast<float>(height) / static_cast<float>(width)) * parameters.rangeX;
+    float rangeY = parameters.plane.rangeY;
+    if (parameters.plane.keepAspect)
+        rangeY = (static_cast<float>(height) / static_cast<float>(width)) * parameters.plane.rangeX;
 
     bool result = false;
     if (module != nullptr) {
@@ -106,11 +106,12 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
             builder.setModule(module);
             builder.setDestination(buffer);
             builder.setSize(width, height);
-            builder.setBounds(parameters.startX, parameters.startY,
-                              parameters.startX + parameters.rangeX, parameters.startY + rangeY);
-            builder.setZValue(parameters.fixedZ);
-            builder.setSeamless(parameters.seamless);
-            builder.setPeriodic(parameters.tileable);
+            builder.setBounds(parameters.plane.startX, parameters.plane.startY,
+                              parameters.plane.startX + parameters.plane.rangeX,
+                              parameters.plane.startY + rangeY);
+            builder.setZValue(parameters.plane.fixedZ);
+            builder.setSeamless(parameters.plane.seamless);
+            builder.setPeriodic(parameters.plane.tileable);
             builder.build();
             result = true;
         } catch (const std::exception& error) {

@@ -26,13 +26,8 @@ class QRenderTextureThread : public QThread {
     Q_OBJECT
 
 public:
-    /// Everything one render reads.
-    struct Parameters {
-        /// The node whose outplug 0 is previewed (not owned); null renders black.
-        Node* node = nullptr;
-        /// The engine the node belongs to, checked under its lock before the node is touched,
-        /// so that a node deleted since the request is never dereferenced; null trusts the node.
-        Engine* engine = nullptr;
+    /// Where on the texture's x-y plane a preview looks, and how it samples it.
+    struct Plane {
         float startX = 0.0f;
         float startY = 0.0f;
         float rangeX = 1.0f;
@@ -44,6 +39,18 @@ public:
         /// When set, the texture repeats with the rectangle as its period (a host's tileable
         /// view); a graph that cannot repeat gives no preview.
         bool tileable = false;
+
+        friend bool operator==(const Plane&, const Plane&) = default;
+    };
+
+    /// Everything one render reads.
+    struct Parameters {
+        /// The node whose outplug 0 is previewed (not owned); null renders black.
+        Node* node = nullptr;
+        /// The engine the node belongs to, checked under its lock before the node is touched,
+        /// so that a node deleted since the request is never dereferenced; null trusts the node.
+        Engine* engine = nullptr;
+        Plane plane;
         noisepp::TextureColor backgroundA{1.0f, 1.0f, 1.0f, 1.0f};
         noisepp::TextureColor backgroundB{192.0f / 255.0f, 192.0f / 255.0f, 192.0f / 255.0f, 1.0f};
         int checkerSize = 5;

@@ -155,17 +155,17 @@ void QTextureDialog::RequestRender() {
             QSignalBlocker(mUi->m_background_b_qcolor),
             QSignalBlocker(mUi->m_background_size_qspin),
         };
-        parameters.keepAspect = mUi->m_keep_aspect_qcheck->isChecked();
-        parameters.seamless = mUi->m_seamless_qcheck->isChecked();
-        parameters.startX = static_cast<float>(mUi->m_start_x_qspin->value());
-        parameters.startY = static_cast<float>(mUi->m_start_y_qspin->value());
-        parameters.rangeX = static_cast<float>(mUi->m_range_x_qspin->value());
-        parameters.rangeY = static_cast<float>(mUi->m_range_y_qspin->value());
-        parameters.fixedZ = static_cast<float>(mUi->m_fixed_z_qspin->value());
+        parameters.plane.keepAspect = mUi->m_keep_aspect_qcheck->isChecked();
+        parameters.plane.seamless = mUi->m_seamless_qcheck->isChecked();
+        parameters.plane.startX = static_cast<float>(mUi->m_start_x_qspin->value());
+        parameters.plane.startY = static_cast<float>(mUi->m_start_y_qspin->value());
+        parameters.plane.rangeX = static_cast<float>(mUi->m_range_x_qspin->value());
+        parameters.plane.rangeY = static_cast<float>(mUi->m_range_y_qspin->value());
+        parameters.plane.fixedZ = static_cast<float>(mUi->m_fixed_z_qspin->value());
         colorA = mUi->m_background_a_qcolor->color();
         colorB = mUi->m_background_b_qcolor->color();
         parameters.checkerSize = static_cast<int>(mUi->m_background_size_qspin->value());
-        mUi->m_range_y_qspin->setEnabled(!parameters.keepAspect);
+        mUi->m_range_y_qspin->setEnabled(!parameters.plane.keepAspect);
     }
     parameters.backgroundA = toTextureColor(colorA);
     parameters.backgroundB = toTextureColor(colorB);

@@ -57,14 +57,7 @@ NodePicture PictureOfTexture(Engine& engine, Node* node, const QSize& fitInto,
     QRenderTextureThread::Parameters parameters;
     parameters.node = node;
     parameters.engine = &engine;
-    parameters.startX = plane.startX;
-    parameters.startY = plane.startY;
-    parameters.rangeX = plane.rangeX;
-    parameters.rangeY = plane.rangeY;
-    parameters.fixedZ = plane.fixedZ;
-    parameters.keepAspect = plane.keepAspect;
-    parameters.seamless = plane.seamless;
-    parameters.tileable = plane.tileable;
+    parameters.plane = plane;
     std::vector<noisepp::TextureColor> buffer(static_cast<std::size_t>(size.width()) *
                                               size.height());
     std::string failure;

@@ -4,26 +4,15 @@
 #include <QSize>
 #include <QString>
 
+#include "ui/QRenderTextureThread.h"
+
 class Engine;
 class Node;
 
 /// Where on a texture's x-y plane a picture of a texture node looks: the preview dialog's
-/// settings, so that the main view, the thumbnails and the dialog agree. Options that change
-/// how a plane is sampled for the view and the thumbnails belong here too.
-struct PlaneSettings {
-    float startX = 0.0f;
-    float startY = 0.0f;
-    float rangeX = 1.0f;
-    float rangeY = 1.0f;
-    float fixedZ = 0.0f;
-    /// When set, range y follows range x and the picture's aspect ratio.
-    bool keepAspect = true;
-    bool seamless = false;
-    /// The texture repeats with the rectangle as its period (the studio's View > Tileable).
-    bool tileable = false;
-
-    friend bool operator==(const PlaneSettings&, const PlaneSettings&) = default;
-};
+/// settings (and the studio's tileable switch), so that the main view, the thumbnails and the
+/// dialog agree.
+using PlaneSettings = QRenderTextureThread::Plane;
 
 /// A node made visible: the image of an image node, or a plane of a texture node laid over a
 /// checkerboard. `image` is null when the node shows nothing; `message` then says why.

@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include "apps/texture-studio/NodePicture.h"
+
 class BakeView;
 class DisplayController;
 class DocumentController;
@@ -20,7 +22,6 @@ class QLabel;
 class QMenu;
 class QScrollArea;
 class ThumbnailUpdater;
-struct PlaneSettings;
 
 /// The desktop host's main window: the node graph, the catalogue, the active node's
 /// attributes page, the display node's picture, the menus (with the plug-in's own entries in menu

@@ -61,10 +61,10 @@ TEST_F(RenderPreviewTest, SamplesPixelCentresOfTheChosenRectangleAtFixedZ) {
     };
     for (const Case& c : cases) {
         Parameters parameters = ParametersFor(node);
-        std::tie(parameters.startX, parameters.startY, parameters.rangeX, parameters.rangeY) =
-            std::tuple{c.startX, c.startY, c.rangeX, c.rangeY};
-        parameters.fixedZ = c.fixedZ;
-        parameters.keepAspect = c.keepAspect;
+        std::tie(parameters.plane.startX, parameters.plane.startY, parameters.plane.rangeX,
+                 parameters.plane.rangeY) = std::tuple{c.startX, c.startY, c.rangeX, c.rangeY};
+        parameters.plane.fixedZ = c.fixedZ;
+        parameters.plane.keepAspect = c.keepAspect;
         std::vector<TextureColor> buffer(static_cast<std::size_t>(c.width) * c.height);
         ASSERT_TRUE(
             QRenderTextureThread::RenderPreview(parameters, c.width, c.height, buffer.data()));
@@ -96,7 +96,7 @@ TEST_F(RenderPreviewTest, FailsWithoutTouchingTheBufferWhenThereIsNothingToRende
     Node* probe = AddNode(
         std::make_unique<uitest::ProbeTextureNode>(uitest::MakeCoordinateModule()), "probe");
     Parameters zeroRange = ParametersFor(probe);
-    zeroRange.rangeX = 0.0f;
+    zeroRange.plane.rangeX = 0.0f;
     EXPECT_TRUE(fails(zeroRange));
 
     // Removing the node frees it: the render must notice before it dereferences the pointer.

@@ -134,11 +134,11 @@ TEST_F(TextureDialogTest, KeepAspectDisablesRangeYAndSettingsReachTheThread) {
     auto* rangeY = Find<QDragSpinner>(dialog, "m_range_y_qspin");
     QRenderTextureThread& thread = dialog.GetPreviewWidget()->GetThread();
     EXPECT_FALSE(rangeY->isEnabled());
-    EXPECT_TRUE(thread.GetParameters().keepAspect);
+    EXPECT_TRUE(thread.GetParameters().plane.keepAspect);
 
     keepAspect->setChecked(false);
     EXPECT_TRUE(rangeY->isEnabled());
-    EXPECT_FALSE(thread.GetParameters().keepAspect);
+    EXPECT_FALSE(thread.GetParameters().plane.keepAspect);
 
     Find<QDragSpinner>(dialog, "m_start_x_qspin")->setValue(-2.5);
     rangeY->setValue(3.0);
@@ -147,11 +147,11 @@ TEST_F(TextureDialogTest, KeepAspectDisablesRangeYAndSettingsReachTheThread) {
     Find<QCheckBox>(dialog, "m_seamless_qcheck")->setChecked(true);
     Find<QColorButton>(dialog, "m_background_b_qcolor")->setColor(QColor(0, 51, 255, 102));
     const QRenderTextureThread::Parameters parameters = thread.GetParameters();
-    EXPECT_FLOAT_EQ(parameters.startX, -2.5f);
-    EXPECT_FLOAT_EQ(parameters.rangeY, 3.0f);
-    EXPECT_FLOAT_EQ(parameters.fixedZ, 7.0f);
+    EXPECT_FLOAT_EQ(parameters.plane.startX, -2.5f);
+    EXPECT_FLOAT_EQ(parameters.plane.rangeY, 3.0f);
+    EXPECT_FLOAT_EQ(parameters.plane.fixedZ, 7.0f);
     EXPECT_EQ(parameters.checkerSize, 9);
-    EXPECT_TRUE(parameters.seamless);
+    EXPECT_TRUE(parameters.plane.seamless);
     EXPECT_FLOAT_EQ(parameters.backgroundB.green, 0.2f);
     EXPECT_FLOAT_EQ(parameters.backgroundB.opacity, 0.4f);
 
