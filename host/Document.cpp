@@ -208,18 +208,23 @@ void LoadLink(const json& entry, std::size_t index, Engine& engine) {
 
 }  // namespace
 
+bool Document::FailLoad(Engine& engine, const std::string& where, const char* why,
+                        std::string* error) {
+    engine.Clear();
+    mActive.clear();
+    mDisplay.clear();
+    if (error != nullptr)
+        *error = where + ": " + why;
+    return false;
+}
+
 bool Document::Load(const std::string& path, Engine& engine, const PluginLoader& catalogue,
                     std::string* error) {
     std::string text;
     try {
         text = JsonReader::ReadFile(path);
     } catch (const std::exception& e) {
-        engine.Clear();
-        mActive.clear();
-        mDisplay.clear();
-        if (error != nullptr)
-            *error = path + ": " + e.what();
-        return false;
+        return FailLoad(engine, path, e.what(), error);
     }
     return LoadText(text, path, fs::absolute(fs::path(path)).parent_path().string(), engine,
                     catalogue, error);
@@ -283,12 +288,7 @@ bool Document::LoadText(const std::string& text, const std::string& name,
             (std::string(field) == "active" ? mActive : mDisplay) = id.get<std::string>();
         }
     } catch (const std::exception& e) {
-        engine.Clear();
-        mActive.clear();
-        mDisplay.clear();
-        if (error != nullptr)
-            *error = name + ": " + e.what();
-        return false;
+        return FailLoad(engine, name, e.what(), error);
     }
     engine.ClearUndoHistory();
     return true;

@@ -36,6 +36,10 @@ public:
     void SetDisplay(const std::string& id) { mDisplay = id; }
 
 private:
+    /// Leaves the engine and this document empty after a failed load and reports `why`,
+    /// prefixed by `where` (the file or the document's name); always false.
+    bool FailLoad(Engine& engine, const std::string& where, const char* why, std::string* error);
+
     std::string mActive;
     std::string mDisplay;
 };
