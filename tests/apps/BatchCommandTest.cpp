@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/CommandOutcome.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TextureCommand.h"
 
@@ -41,17 +42,12 @@ void RunRows(const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         const testsupport::TempFolder folder;
         const std::string dir = folder.Path().string();
-        std::vector<std::string> arguments{"--plugin",
-                                           TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
-                                           "render", folder.Write("good.texture.json", kGood)};
+        std::vector<std::string> arguments{folder.Write("good.texture.json", kGood)};
         for (const std::string& argument : row.arguments)
             arguments.push_back(Expand(argument, dir));
-        const testsupport::CommandResult result = testsupport::RunTexture(arguments);
-        SCOPED_TRACE(testing::PrintToString(row.arguments) + "\nstdout: " + result.out +
-                     "\nstderr: " + result.err);
-        EXPECT_EQ(result.exitCode, row.exitCode);
-        const std::string& said = row.exitCode == 0 ? result.out : result.err;
-        EXPECT_NE(said.find(row.says), std::string::npos) << "missing: " << row.says;
+        SCOPED_TRACE(testing::PrintToString(row.arguments));
+        EXPECT_TRUE(
+            testsupport::Outcome(testsupport::RunTestRender(arguments), row.exitCode, row.says));
         for (const std::string& file : row.files)
             EXPECT_TRUE(std::filesystem::exists(folder / file)) << file;
         if (row.exitCode == 2) {  // refused before rendering: nothing written
@@ -138,13 +134,10 @@ TEST(BatchCommandTest, FilesHoldTheAskedBitsAndChannels) {
     for (const Stored& row : rows) {
         const testsupport::TempFolder folder;
         const std::string file = folder / row.file;
-        std::vector<std::string> arguments{
-            "--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
-            "render",   folder.Write("good.texture.json", kGood),
-            "--set",    "fill.color=[0.2, 0.6, 1, 1]",
-            "-o",       file};
+        std::vector<std::string> arguments{folder.Write("good.texture.json", kGood), "--set",
+                                           "fill.color=[0.2, 0.6, 1, 1]", "-o", file};
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
-        const testsupport::CommandResult result = testsupport::RunTexture(arguments);
+        const testsupport::CommandResult result = testsupport::RunTestRender(arguments);
         SCOPED_TRACE(testing::PrintToString(row.arguments) + " " + row.file + "\n" + result.err);
         ASSERT_EQ(result.exitCode, 0);
         auto input = OIIO::ImageInput::open(file);
@@ -166,11 +159,7 @@ TEST(BatchCommandTest, FilesAreReproducible) {
     const std::string document = folder.Write("good.texture.json", kGood);
     const auto render = [&](const std::string& name, std::string* date) {
         const std::string file = folder / name;
-        EXPECT_EQ(
-            testsupport::RunTexture({"--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
-                                     "render", document, "-o", file})
-                .exitCode,
-            0);
+        EXPECT_EQ(testsupport::RunTestRender({document, "-o", file}).exitCode, 0);
         if (auto input = OIIO::ImageInput::open(file))
             *date = input->spec().get_string_attribute("DateTime", "none");
         std::ifstream in(file, std::ios::binary);
@@ -275,10 +264,9 @@ TEST(BatchCommandTest, SweepsGiveTheSameBitsSideBySideAsInTurn) {
     std::vector<std::string> files[2];
     for (const char* threads : {"1", "4"}) {
         EXPECT_EQ(
-            testsupport::RunTexture({"--plugin", TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so",
-                                     "render", document, "--threads", threads, "--set",
-                                     "fill.color=[0.2, 0.6, 1, 1]", "--sweep", "fill.size=2:7",
-                                     "-o", folder / (std::string(threads) + "-{index}.png")})
+            testsupport::RunTestRender({document, "--threads", threads, "--set",
+                                        "fill.color=[0.2, 0.6, 1, 1]", "--sweep", "fill.size=2:7",
+                                        "-o", folder / (std::string(threads) + "-{index}.png")})
                 .exitCode,
             0);
         for (int index = 0; index < 6; ++index) {

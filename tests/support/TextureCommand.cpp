@@ -92,4 +92,11 @@ CommandResult RunProgram(const std::string& program, const std::vector<std::stri
     return result;
 }
 
+CommandResult RunTestRender(const std::vector<std::string>& renderArguments) {
+    std::vector<std::string> arguments{"--plugin",
+                                       TEXTURE_BINARY_DIR "/bin/libTestTexturePlugin.so", "render"};
+    arguments.insert(arguments.end(), renderArguments.begin(), renderArguments.end());
+    return RunTexture(arguments);
+}
+
 }  // namespace testsupport

@@ -22,4 +22,7 @@ std::string TextureCommandPath();
 /// Runs the built `texture` command.
 CommandResult RunTexture(const std::vector<std::string>& arguments);
 
+/// Runs `texture --plugin <the test plug-in> render ARGUMENTS...`.
+CommandResult RunTestRender(const std::vector<std::string>& renderArguments);
+
 }  // namespace testsupport
