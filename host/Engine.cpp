@@ -324,7 +324,7 @@ bool Engine::IsDirty(const Node* node) const {
 bool Engine::EvaluateNode(Node* node) {
     Scope scope(mImpl->events);
     GraphStore::Entry* entry = mImpl->graph.Find(node);
-    return entry != nullptr && mImpl->evaluator.Evaluate(*entry);
+    return entry != nullptr && mImpl->evaluator.Evaluate(*entry, mRenderOptions.cancelled);
 }
 
 void Engine::EvaluateAll() {
@@ -459,6 +459,6 @@ void Engine::ClearUndoHistory() {
     mImpl->history.Clear();
 }
 
-std::recursive_mutex& Engine::GetMutex() const {
+EngineMutex& Engine::GetMutex() const {
     return mImpl->events.GetMutex();
 }

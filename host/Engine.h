@@ -25,8 +25,8 @@
 /// node's Evaluate is caught here and becomes that node's error state (3) with the exception's
 /// message; the host keeps running.
 ///
-/// All operations lock the engine's recursive mutex, so a preview thread may evaluate (the
-/// free function Evaluate) while the user edits on the GUI thread. Node and engine events that
+/// All operations lock the engine's recursive mutex (EngineMutex), so a preview thread may evaluate
+/// (the free function Evaluate) while the user edits on the GUI thread. Node and engine events that
 /// an operation causes are delivered on the calling thread once its outermost engine operation
 /// has released the lock, so a listener may wait for another thread that needs the engine.
 class Engine : public NodeHost {
@@ -98,7 +98,8 @@ public:
     void MarkDirty(Node* node) override;
     bool IsDirty(const Node* node) const;
     /// Evaluates the node's dirty upstream nodes and then the node itself if dirty.
-    /// Returns false when the node ended in the error state.
+    /// Returns false when the node ended in the error state, or when the render options'
+    /// `cancelled` stopped the evaluation (the node is then dirty and in no error state).
     bool EvaluateNode(Node* node);
     /// Evaluates every dirty node.
     void EvaluateAll();
@@ -153,7 +154,7 @@ public:
     void SetRenderOptions(const RenderOptions& options) { mRenderOptions = options; }
 
     /// The engine's lock; held during every operation above.
-    std::recursive_mutex& GetMutex() const override;
+    EngineMutex& GetMutex() const override;
 
 private:
     friend class NodeStateContainer;

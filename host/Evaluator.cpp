@@ -6,11 +6,23 @@
 
 #include "host/Node.h"
 
-bool Evaluator::Evaluate(GraphStore::Entry& target) {
+bool Evaluator::Evaluate(GraphStore::Entry& target, const std::function<bool()>& cancelled) {
     if (target.dirty)
-        for (GraphStore::Entry* entry : mGraph.DirtyUpstreamOrder(&target))
+        for (GraphStore::Entry* entry : mGraph.DirtyUpstreamOrder(&target)) {
             EvaluateOne(*entry);
+            if (cancelled && cancelled()) {
+                // Whatever the node made may be cut short; the nodes after it were never run.
+                Unfinish(*entry);
+                return false;
+            }
+        }
     return target.node->GetState() != Node::kStateError;
+}
+
+void Evaluator::Unfinish(GraphStore::Entry& entry) {
+    entry.dirty = true;
+    entry.outputs.assign(entry.outputs.size(), NodeValue());
+    entry.node->ClearState();
 }
 
 void Evaluator::EvaluateOne(GraphStore::Entry& entry) {

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <vector>
 
+#include "host/EngineMutex.h"
 #include "host/HostTypes.h"
 #include "host/NodeEvent.h"
 
@@ -33,7 +34,7 @@ public:
         EventQueue& mQueue;
     };
 
-    std::recursive_mutex& GetMutex() const { return mMutex; }
+    EngineMutex& GetMutex() const { return mMutex; }
 
     void QueueNodeEvent(Node* node, int type, int code);
     void QueueEngineEvent(unsigned code, unsigned parameter);
@@ -58,7 +59,7 @@ private:
     void Deliver(const Pending& event);
     bool IsRegistered(const Handler& handler) const;
 
-    mutable std::recursive_mutex mMutex;
+    mutable EngineMutex mMutex;
     /// Nesting of scopes on the thread that holds the lock.
     int mDepth = 0;
     std::vector<Pending> mPending;

@@ -20,10 +20,10 @@ void notifyGradientChanged(Node* node) {
     }
 }
 
-std::unique_lock<std::recursive_mutex> lockEngineOf(Node* node) {
+std::unique_lock<EngineMutex> lockEngineOf(Node* node) {
     Engine* engine = node->GetEngine();
-    return engine != nullptr ? std::unique_lock<std::recursive_mutex>(engine->GetMutex())
-                             : std::unique_lock<std::recursive_mutex>();
+    return engine != nullptr ? std::unique_lock<EngineMutex>(engine->GetMutex())
+                             : std::unique_lock<EngineMutex>();
 }
 
 }  // namespace

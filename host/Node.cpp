@@ -9,10 +9,10 @@ namespace {
 
 // Listener lists are shared with the thread that delivers events; a node in an engine guards
 // them with the engine's lock, a node outside one is used by one thread only.
-std::optional<std::unique_lock<std::recursive_mutex>> lockEngineOf(const Node& node) {
+std::optional<std::unique_lock<EngineMutex>> lockEngineOf(const Node& node) {
     if (node.GetHost() == nullptr)
         return std::nullopt;
-    return std::unique_lock<std::recursive_mutex>(node.GetHost()->GetMutex());
+    return std::unique_lock<EngineMutex>(node.GetHost()->GetMutex());
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <mutex>
+#include "host/EngineMutex.h"
 
 #include "host/NodeValue.h"
 #include "host/RenderOptions.h"
@@ -15,7 +15,7 @@ class NodeHost {
 public:
     /// The SDK's engine object, for plug-in code that records undo steps or reads options.
     virtual Engine* GetEngine() = 0;
-    virtual std::recursive_mutex& GetMutex() const = 0;
+    virtual EngineMutex& GetMutex() const = 0;
     /// Marks `node` and everything downstream of it for re-evaluation (node event 5 to each).
     virtual void MarkDirty(Node* node) = 0;
     /// `node` reported its own output changed: as MarkDirty, without telling `node` again.

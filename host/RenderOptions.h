@@ -54,6 +54,14 @@ struct RenderOptions {
     /// that evaluates the node; a host that evaluates several nodes at once is called from each
     /// of those threads, so the callback must be thread-safe. Empty: nobody listens.
     std::function<void(int done, int total)> progress;
+    /// When set, asked on the evaluating thread between nodes and, by render nodes, between
+    /// bands of lines (never per pixel): true stops the evaluation. A render node then stops
+    /// within a band, publishes no image and sets no error; the engine leaves that node, and
+    /// every node not yet evaluated, dirty, so that they evaluate again the next time they are
+    /// needed (Engine::EvaluateNode then returns false with the node in no error state). A
+    /// window host answers true while its GUI thread waits for the engine, so a long render
+    /// never freezes it. Must be cheap and thread-safe. Empty: nothing stops an evaluation.
+    std::function<bool()> cancelled;
 
     /// Whether `other` asks for the same images: every option but the hooks, which a host
     /// sets per render and which change no pixel.

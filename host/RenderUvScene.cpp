@@ -28,6 +28,8 @@ constexpr int kMaxSamples = 256;
 // got this often, so that a log kept off a terminal shows it is alive.
 constexpr std::chrono::seconds kLogInterval{10};
 constexpr std::chrono::milliseconds kProgressInterval{100};
+// A window waiting for the engine is kept waiting at most about this long.
+constexpr std::chrono::milliseconds kStopPollInterval{20};
 
 int hardwareThreadCount() {
     return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
@@ -124,7 +126,7 @@ RenderUvScene::RenderUvScene(int sizeX, int sizeY, int model, int submesh, int f
     std::vector<std::string> models;
     {
         Engine* engine = Engine::Get();
-        std::lock_guard<std::recursive_mutex> lock(engine->GetMutex());
+        std::lock_guard<EngineMutex> lock(engine->GetMutex());
         models = engine->GetSceneModels();
     }
     if (model < -1 || model >= static_cast<int>(models.size())) {
@@ -217,6 +219,7 @@ bool RenderUvScene::Render(Image* image, RenderUVPixelFactory* factory, int samp
     std::atomic<int> nextRow{0};
     std::atomic<int> rowsDone{0};
     std::atomic<bool> stop{false};
+    bool stopped = false;
     std::exception_ptr failure;
     std::mutex stateMutex;
     std::condition_variable finished;
@@ -261,11 +264,21 @@ bool RenderUvScene::Render(Image* image, RenderUVPixelFactory* factory, int samp
         std::unique_lock<std::mutex> lock(stateMutex);
         const auto start = std::chrono::steady_clock::now();
         auto nextLog = start + kLogInterval;
-        const auto wake = mProgress ? kProgressInterval : kLogInterval;
+        const auto wake = mStopRequested ? kStopPollInterval
+                          : mProgress    ? kProgressInterval
+                                         : kLogInterval;
+        auto nextProgress = start;
         while (!finished.wait_for(lock, wake, [&] { return running == 0; })) {
+            if (!stopped && mStopRequested && mStopRequested()) {
+                stopped = true;
+                stop = true;
+            }
             const int done = rowsDone;
-            if (mProgress)
+            if (const auto now = std::chrono::steady_clock::now();
+                mProgress && now >= nextProgress) {
+                nextProgress = now + kProgressInterval;
                 mProgress(done, mSizeY);
+            }
             if (const auto now = std::chrono::steady_clock::now(); now >= nextLog) {
                 nextLog = now + kLogInterval;
                 Log::Info(
@@ -276,13 +289,16 @@ bool RenderUvScene::Render(Image* image, RenderUVPixelFactory* factory, int samp
             }
         }
     }
-    if (mProgress && !failure)
+    if (mProgress && !failure && !stopped)
         mProgress(mSizeY, mSizeY);
     for (std::thread& worker : workers) {
         worker.join();
     }
     if (failure) {
         std::rethrow_exception(failure);
+    }
+    if (stopped) {
+        throw Stopped();
     }
     EdgePadding::Apply(image->GetArray(), mSizeX, mSizeY, covered, prefilter);
     Log::Trace("RenderUvScene::Render - %d x %d, %zu triangles, %d samples, %d threads", mSizeX,

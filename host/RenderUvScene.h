@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 #include "host/SceneLoader.h"
@@ -45,6 +46,18 @@ public:
     void SetProgress(std::function<void(int done, int total)> progress) {
         mProgress = std::move(progress);
     }
+    /// Asked on the thread that called Render, every few tens of milliseconds while it runs;
+    /// once true, the workers stop after their current rows and Render throws Stopped. Empty
+    /// (the default): a render always runs to its end.
+    void SetStopRequest(std::function<bool()> stopRequested) {
+        mStopRequested = std::move(stopRequested);
+    }
+
+    /// Thrown by a render that SetStopRequest's function stopped; the image is incomplete.
+    class Stopped : public std::runtime_error {
+    public:
+        Stopped() : std::runtime_error("UV scene render: stopped before it finished") {}
+    };
 
     /// Renders into `image` (colour mode 0, the scene's size): clears it to (0, 0, 0, 0), shades
     /// every pixel whose samples are covered by a triangle with the average of its covered
@@ -63,6 +76,7 @@ private:
     bool mSecondUvSet;
     int mThreadCount = 0;
     std::function<void(int, int)> mProgress;
+    std::function<bool()> mStopRequested;
     std::shared_ptr<const SceneModel> mModel;
     std::vector<const SceneModel::SubMesh*> mSubMeshes;
 };

@@ -25,15 +25,19 @@ constexpr double kStartStep = static_cast<double>(0.1f);
 constexpr float kMinimumRange = 0.001f;
 
 // Passes the builder's finished lines on to the host: each line as a final row of the image
-// (for hosts that write while later rows render) and the count of lines done (for progress).
+// (for hosts that write while later rows render) and the count of lines done (for progress);
+// and asks the host whether to stop.
 class LineReporter : public noisepp::utils::BuilderCallback {
 public:
     LineReporter(const Image& image, const RenderOptions& options,
                  std::function<void(int, int)> progress, int total)
         : mImage(image),
           mRowFinished(options.rowFinished),
+          mCancelled(options.cancelled),
           mProgress(std::move(progress)),
           mTotal(total) {}
+
+    bool stopRequested() override { return mCancelled && mCancelled(); }
 
     void progress(int linesDone) override {
         if (mProgress)
@@ -50,6 +54,7 @@ public:
 private:
     const Image& mImage;
     const std::function<void(const Image&, int)>& mRowFinished;
+    const std::function<bool()>& mCancelled;
     std::function<void(int, int)> mProgress;
     int mTotal;
 };
@@ -143,13 +148,18 @@ void ImageRender2DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
         builder.setPeriodic(options.tileable);
         builder.setThreadCount(options.threads);
         auto progress = ProgressByBands(options, window.Height());
-        if ((options.rowFinished || progress) && pixels > 0)
+        if ((options.rowFinished || options.cancelled || progress) && pixels > 0)
             builder.setCallback(
                 new LineReporter(*image, options, std::move(progress), window.Height()));
         try {
             builder.build();
         } catch (const noisepp::NotPeriodicException& e) {
             SetState(outplug, kStateError, std::string("Cannot render tileable: ") + e.what());
+            ReleaseImage();
+            return;
+        } catch (const noisepp::BuildStoppedException&) {
+            // The host asked to stop; it renders the node again when it needs the image.
+            Log::Info("%s - Render stopped after %d ms", LogPrefix().c_str(), timer.StopTimer());
             ReleaseImage();
             return;
         }

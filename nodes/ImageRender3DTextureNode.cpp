@@ -158,11 +158,20 @@ void ImageRender3DTextureNode::Render(unsigned outplug, Value** inputs, const Pi
             angle = Point{angle.x * DEG_TO_RAD, angle.y * DEG_TO_RAD};
         Texture3DRenderUVPixelFactory factory(pipeline.get(), element, driving[0], driving[1],
                                               driving[2], ranges);
+        const RenderOptions options = GetRenderOptions();
         mScene->SetThreadCount(static_cast<int>(threads));
-        mScene->SetProgress(ProgressByBands(GetRenderOptions(), height));
+        mScene->SetProgress(ProgressByBands(options, height));
+        mScene->SetStopRequest(options.cancelled);
         Timer timer;
         timer.StartTimer();
-        mScene->Render(GetImage(), &factory, samples, prefilter);
+        try {
+            mScene->Render(GetImage(), &factory, samples, prefilter);
+        } catch (const RenderUvScene::Stopped&) {
+            // The host asked to stop; it renders the node again when it needs the image.
+            Log::Info("%s - Render stopped after %d ms", LogPrefix().c_str(), timer.StopTimer());
+            ReleaseImage();
+            return;
+        }
         Log::Info("%s - Render uv scene: %d ms", LogPrefix().c_str(), timer.StopTimer());
     }
 

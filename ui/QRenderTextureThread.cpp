@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -9,10 +10,23 @@
 #include "host/Log.h"
 #include "host/Node.h"
 #include "noisepp/core/Exception.h"
+#include "noisepp/utils/BuilderCallback.h"
 #include "noisepp/utils/PlaneBuilder.h"
 #include "ui/CheckerboardCompositor.h"
 
 namespace {
+
+// Lets the host stop a preview that holds its engine (a window waiting for it, say).
+class StopWhenCancelled : public noisepp::utils::BuilderCallback {
+public:
+    explicit StopWhenCancelled(std::function<bool()> cancelled)
+        : mCancelled(std::move(cancelled)) {}
+    void progress(int /*linesDone*/) override {}
+    bool stopRequested() override { return mCancelled(); }
+
+private:
+    std::function<bool()> mCancelled;
+};
 
 bool isInEngine(const Engine& engine, const Node* node) {
     const std::vector<Node*> nodes = engine.GetNodes();
@@ -82,7 +96,7 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
 
     // The module belongs to the node and dies when the node evaluates again, which the GUI
     // thread may cause at any time: the engine stays locked until the builder is done with it.
-    std::unique_lock<std::recursive_mutex> engineLock;
+    std::unique_lock<EngineMutex> engineLock;
     if (parameters.engine != nullptr) {
         engineLock = std::unique_lock(parameters.engine->GetMutex());
         if (!isInEngine(*parameters.engine, parameters.node))
@@ -112,6 +126,9 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
             builder.setZValue(parameters.plane.fixedZ);
             builder.setSeamless(parameters.plane.seamless);
             builder.setPeriodic(parameters.plane.tileable);
+            if (parameters.engine != nullptr && parameters.engine->GetRenderOptions().cancelled)
+                builder.setCallback(
+                    new StopWhenCancelled(parameters.engine->GetRenderOptions().cancelled));
             builder.build();
             result = true;
         } catch (const std::exception& error) {

@@ -37,9 +37,8 @@ DisplayController::DisplayController(Engine* engine, ImageViewer* viewer, BakeVi
       mCancel(new QPushButton(tr("Cancel"), statusBar)),
       mProgressDelay(new QTimer(this)),
       mQuiet(new QTimer(this)) {
-    mProgress->setRange(0, 0);  // a node's render reports no fraction: a busy bar
     mProgress->setMaximumWidth(140);
-    mCancel->setToolTip(tr("Stop waiting for the display node's render"));
+    mCancel->setToolTip(tr("Stop the display node's render"));
     statusBar->addPermanentWidget(mProgress);
     statusBar->addPermanentWidget(mCancel);
     HideProgress();
@@ -58,6 +57,12 @@ DisplayController::DisplayController(Engine* engine, ImageViewer* viewer, BakeVi
     mQuiet->setSingleShot(true);
     connect(mQuiet, &QTimer::timeout, this, &DisplayController::Request);
     connect(mRenderer, &PictureRenderer::pictureReady, this, &DisplayController::Show);
+    connect(mRenderer, &PictureRenderer::progressed, this, [this](Node* node, int done, int total) {
+        if (node != mRequested)
+            return;
+        mProgress->setRange(0, total);
+        mProgress->setValue(done);
+    });
 }
 
 DisplayController::~DisplayController() = default;
@@ -69,9 +74,9 @@ void DisplayController::Follow() {
 }
 
 void DisplayController::OutputChanged() {
-    // The render holds the engine for as long as it runs, and every edit needs the engine:
-    // while edits come in quick succession the render waits for them to pause, so that a
-    // drag on a spinner never waits for a render. Thumbnails of textures follow the drag.
+    // Every edit stops a render that holds the engine, and a render of a stale graph is
+    // wasted: while edits come in quick succession the render waits for them to pause.
+    // Thumbnails of textures follow the drag.
     const bool editing =
         mSinceLastChange.isValid() && mSinceLastChange.elapsed() < ThumbnailUpdater::kQuietPeriodMs;
     mSinceLastChange.start();
@@ -95,6 +100,7 @@ void DisplayController::Request() {
     if (mRequested != nullptr && mRequested != display)
         mRenderer->Forget(mRequested);
     mRequested = display;
+    mProgress->setRange(0, 0);  // busy until a render node tells how far it is
     mRenderer->Request(display, QSize(), mPlane());
     if (!mProgressDelay->isActive() && !mProgress->isVisible())
         mProgressDelay->start(kProgressDelayMs);
@@ -174,7 +180,7 @@ void DisplayController::Cancel() {
         tr("The render of '%1' was cancelled: edit the graph, or press D on a node, to render "
            "again")
             .arg(id));
-    emit report(tr("Cancelled the render of '%1'; its image is dropped when it finishes").arg(id));
+    emit report(tr("Cancelled the render of '%1'").arg(id));
 }
 
 void DisplayController::HideProgress() {

@@ -20,8 +20,8 @@ class QTimer;
 /// Shows the manager's display node, whatever it makes: an image node's image, a texture
 /// node's plane, and beside the image of a node that bakes onto a mesh the mesh wearing it.
 /// Pictures are rendered on a worker thread; while edits follow each other closely (a drag)
-/// the render waits for them to pause, since it holds the engine that every edit needs. A
-/// render that takes long shows a busy bar and a Cancel button in the status bar.
+/// the render waits for them to pause, since each edit would stop it. A render that takes
+/// long shows its progress and a Cancel button, which stops it, in the status bar.
 class DisplayController : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ public:
     void Follow();
     /// The display node's output changed: shown again, once the edits pause.
     void OutputChanged();
-    /// Drops the render on its way and says so.
+    /// Stops the render on its way and says so.
     void Cancel();
     /// `node` leaves the graph: a render of it is dropped.
     void Forget(Node* node);

@@ -1,6 +1,7 @@
 #include "apps/texture-studio/NodePicture.h"
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -98,6 +99,12 @@ NodePicture RenderNodePicture(Engine& engine, Node* node, const QSize& fitInto,
                 picture = PictureOfTexture(engine, node, fitInto, plane);
             else
                 picture.message = QObject::tr("it has neither an image nor a texture output");
+        }
+        // Asked while the engine is still held: whoever made the render stop is still waiting.
+        const std::function<bool()>& cancelled = engine.GetRenderOptions().cancelled;
+        if (cancelled && cancelled()) {
+            picture = NodePicture();
+            picture.cancelled = true;
         }
     }
     picture.milliseconds = timer.StopTimer();

@@ -25,12 +25,16 @@ struct NodePicture {
     QSize imageSize;
     /// The node is in the error state; `message` holds its reason.
     bool failed = false;
+    /// The render stopped before it finished (the render options' `cancelled` said so): there
+    /// is nothing to show, and the node renders again when asked again.
+    bool cancelled = false;
     int milliseconds = 0;
 };
 
 /// Makes the picture of `node` on the calling thread, holding the engine only while it reads
-/// it. An image node is evaluated and its first image output shown; any other node with a
-/// texture on outplug 0 is sampled over `plane`. A valid `fitInto` scales the picture down to
-/// fit (thumbnails); a texture is rendered at that size, or 512 x 512 when it is empty.
+/// it; the engine's render options may stop it (`cancelled` is then set). An image node is
+/// evaluated and its first image output shown; any other node with a texture on outplug 0 is
+/// sampled over `plane`. A valid `fitInto` scales the picture down to fit (thumbnails); a texture
+/// is rendered at that size, or 512 x 512 when it is empty.
 NodePicture RenderNodePicture(Engine& engine, Node* node, const QSize& fitInto,
                               const PlaneSettings& plane);

@@ -15,8 +15,10 @@ class Engine;
 
 /// Makes pictures of nodes on a worker thread of its own, so that the GUI thread never waits
 /// for a render. Per node the newest request wins: a request that is already stale when the
-/// worker reaches it is skipped, and a picture finished after a newer request for its node is
-/// dropped rather than shown.
+/// worker reaches it is skipped, a render whose request goes stale stops (see
+/// RunningRequestIsStale), and a picture finished after a newer request for its node is
+/// dropped rather than shown. A render stopped while its request is still current (the GUI
+/// thread needed the engine) starts again shortly after.
 class PictureRenderer : public QObject {
     Q_OBJECT
 
@@ -34,10 +36,26 @@ public:
     /// Requests neither answered nor forgotten.
     int GetPendingCount() const;
 
+    /// True on a renderer's worker whose request is no longer the newest for its node or was
+    /// forgotten; false on any other thread. The studio's render options ask it, so that such
+    /// a render stops within a band of lines.
+    static bool RunningRequestIsStale();
+    /// Makes the engine's renders stop (its render options' `cancelled`) when the calling
+    /// thread, the GUI thread, waits for the engine, so that the window never freezes behind
+    /// a render, and when the picture a render makes is no longer wanted; and has renders on
+    /// a renderer's worker tell their progress (progressed).
+    static void StopRendersThatBlockTheWindow(Engine& engine);
+
 signals:
     void pictureReady(Node* node, const NodePicture& picture);
+    /// A render node on the way to `node`'s picture has `done` of `total` lines; sent from the
+    /// worker, a few hundred times per image at most.
+    void progressed(Node* node, int done, int total);
 
 private:
+    /// Runs request `generation` for `node` on the worker.
+    void Start(Node* node, unsigned long long generation, const QSize& fitInto,
+               const PlaneSettings& plane);
     /// True when `generation` is still the newest request for `node`.
     bool IsCurrent(const Node* node, unsigned long long generation) const;
     void Deliver(Node* node, unsigned long long generation, const NodePicture& picture);

@@ -70,6 +70,7 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     : QMainWindow(parent), mCatalogue(catalogue), mEngine(Engine::Get()), mManager(Manager::Get()) {
     setObjectName("TextureStudio");
     mManager->SetMainWidget(this);
+    PictureRenderer::StopRendersThatBlockTheWindow(*mEngine);
 
     mScene = new GraphScene(mEngine, &mCatalogue, this);
     mGraphView = new GraphView(this);

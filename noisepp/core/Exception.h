@@ -45,6 +45,12 @@ public:
     explicit StreamException(const std::string& what) : Exception(what) {}
 };
 
+/// A build stopped early because its callback asked it to; the destination is incomplete.
+class BuildStoppedException : public Exception {
+public:
+    BuildStoppedException() : Exception("the build was stopped before it finished") {}
+};
+
 }  // namespace noisepp
 
 /// The full signature of the enclosing operation, as the compiler spells it; the engine's

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -44,11 +45,11 @@ public:
             if (mFinished.empty())
                 mJobDone.wait(lock);
             while (!mFinished.empty()) {
-                PipelineJob* job = mFinished.front();
+                // Owned here, so that a finish that throws still frees its job.
+                const std::unique_ptr<PipelineJob> job(mFinished.front());
                 mFinished.pop_front();
                 lock.unlock();
                 job->finish();
-                delete job;
                 lock.lock();
             }
         }

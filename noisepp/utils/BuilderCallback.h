@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "noisepp/core/TextureColor.h"
@@ -18,19 +19,33 @@ public:
     /// builder's destination: a caller that streams the destination while later lines render
     /// learns which rows are final.
     virtual void lineFinished(const TextureColor* /*row*/) {}
+    /// Asked after every finished line, on the same thread: true stops the build. Lines not
+    /// yet started are then skipped (never reported), and build() throws BuildStoppedException
+    /// once the lines already running are done.
+    virtual bool stopRequested() { return false; }
     virtual ~BuilderCallback() = default;
 
-    /// Tells of the finished line starting at `row` and reports the new count.
+    /// Tells of the finished line starting at `row`, reports the new count and asks whether
+    /// to stop.
     void lineDone(const TextureColor* row) {
         lineFinished(row);
         progress(++mCounter);
+        if (stopRequested())
+            mStopped.store(true, std::memory_order_relaxed);
     }
-    /// Starts the count again from zero; builders do so at the start of every build.
-    void resetCounter() { mCounter = 0; }
+    /// Starts the count again from zero and forgets a stop; builders do so at the start of
+    /// every build.
+    void resetCounter() {
+        mCounter = 0;
+        mStopped.store(false, std::memory_order_relaxed);
+    }
     std::int32_t getCounter() const { return mCounter; }
+    /// True once stopRequested said so in this build; read by the lines on any thread.
+    bool isStopped() const { return mStopped.load(std::memory_order_relaxed); }
 
 private:
     std::int32_t mCounter = 0;
+    std::atomic<bool> mStopped{false};
 };
 
 }  // namespace noisepp::utils

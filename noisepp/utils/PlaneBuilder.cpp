@@ -76,6 +76,8 @@ void PlaneBuilder::build(Pipeline3D* pipeline, const PipelineElement3D* element)
         }
     }
     pipeline->executeJobs();
+    if (callback != nullptr && callback->isStopped())
+        throw BuildStoppedException();
 }
 
 }  // namespace noisepp::utils

@@ -61,7 +61,9 @@ public:
     /// Fills the destination from `element`, queueing the line jobs on `pipeline` (which must
     /// own the element); the module is not used then. With a null pipeline this is build().
     /// Throws ParamInvalidException for bad parameters (destination, width, height, then the x
-    /// and y bounds, which must be strictly increasing, then a missing module or element).
+    /// and y bounds, which must be strictly increasing, then a missing module or element), and
+    /// BuildStoppedException when the callback stopped it (every queued line has then run or
+    /// been skipped, so the pipeline can take new jobs).
     void build(Pipeline3D* pipeline, const PipelineElement3D* element);
     /// One step per line of the window.
     std::int32_t getStepCount() const override {

@@ -7,8 +7,14 @@ ProgressLineJob::ProgressLineJob(const Pipeline3D* pipeline, const PipelineEleme
                                  TextureColor* destRow, BuilderCallback* callback)
     : LineJob(pipeline, element, x, y, z, width, xStep, destRow), mCallback(callback) {}
 
+void ProgressLineJob::execute(Cache* cache) {
+    mSkipped = mCallback != nullptr && mCallback->isStopped();
+    if (!mSkipped)
+        sample(cache);
+}
+
 void ProgressLineJob::finish() {
-    if (mCallback != nullptr)
+    if (mCallback != nullptr && !mSkipped)
         mCallback->lineDone(mDestRow);
 }
 

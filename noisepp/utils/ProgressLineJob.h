@@ -5,7 +5,8 @@
 
 namespace noisepp::utils {
 
-/// A plain line job that reports its line to the builder's callback when it is finished.
+/// A line job of a builder: it reports its line to the builder's callback when it is finished,
+/// and skips its line once the callback has stopped the build.
 class ProgressLineJob : public LineJob {
 public:
     /// `callback` is borrowed and may be null.
@@ -13,11 +14,19 @@ public:
                     double y, double z, std::int32_t width, double xStep, TextureColor* destRow,
                     BuilderCallback* callback);
 
-    /// Counts the line on the callback, if any (runs on the thread that executes the jobs).
-    void finish() override;
+    /// Samples the line unless the build was stopped.
+    void execute(Cache* cache) final;
+    /// Reports a sampled line on the callback, if any (runs on the thread that executes the
+    /// jobs).
+    void finish() final;
+
+protected:
+    /// Writes the line's colours; plain samples here.
+    virtual void sample(Cache* cache) { LineJob::execute(cache); }
 
 private:
     BuilderCallback* mCallback;
+    bool mSkipped = false;
 };
 
 }  // namespace noisepp::utils

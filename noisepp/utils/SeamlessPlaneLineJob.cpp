@@ -19,14 +19,13 @@ SeamlessPlaneLineJob::SeamlessPlaneLineJob(const Pipeline3D* pipeline,
                                            double xStep, double extentX, double extentY,
                                            double yBlend, TextureColor* destRow,
                                            BuilderCallback* callback)
-    : LineJob(pipeline, element, x, y, z, width, xStep, destRow),
+    : ProgressLineJob(pipeline, element, x, y, z, width, xStep, destRow, callback),
       mStartX(lowerX),
       mExtentX(extentX),
       mExtentY(extentY),
-      mYBlend(yBlend),
-      mCallback(callback) {}
+      mYBlend(yBlend) {}
 
-void SeamlessPlaneLineJob::execute(Cache* cache) {
+void SeamlessPlaneLineJob::sample(Cache* cache) {
     // Elements keep nothing in the scratch area, so clearing it once for the whole line is
     // the same as clearing it before every sample.
     std::fill_n(cache, getCacheSize(), Cache{});
@@ -62,11 +61,6 @@ void SeamlessPlaneLineJob::execute(Cache* cache) {
         }
         done += run;
     }
-}
-
-void SeamlessPlaneLineJob::finish() {
-    if (mCallback != nullptr)
-        mCallback->lineDone(mDestRow);
 }
 
 }  // namespace noisepp::utils

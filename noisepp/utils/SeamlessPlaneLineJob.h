@@ -1,7 +1,6 @@
 #pragma once
 
-#include "noisepp/utils/BuilderCallback.h"
-#include "noisepp/utils/LineJob.h"
+#include "noisepp/utils/ProgressLineJob.h"
 
 namespace noisepp::utils {
 
@@ -12,7 +11,7 @@ namespace noisepp::utils {
 /// x starts on the lower x bound (the cell edge, not its centre) while y stays on the line's
 /// centre; the x weight runs from 1 at the first pixel down towards 0, the y weight is fixed
 /// per line at 1 - (y - lower y) / extent y. The blend is done in 32-bit floats.
-class SeamlessPlaneLineJob : public LineJob {
+class SeamlessPlaneLineJob : public ProgressLineJob {
 public:
     /// `lowerX` is the lower x bound, `x` the line's first sample (the lower bound itself for a
     /// whole line, later for a window's), `y` the line centre; `callback` is borrowed and may
@@ -22,16 +21,14 @@ public:
                          double xStep, double extentX, double extentY, double yBlend,
                          TextureColor* destRow, BuilderCallback* callback);
 
-    void execute(Cache* cache) override;
-    /// Counts the line on the callback, if any (runs on the thread that executes the jobs).
-    void finish() override;
+protected:
+    void sample(Cache* cache) override;
 
 private:
     double mStartX;
     double mExtentX;
     double mExtentY;
     double mYBlend;
-    BuilderCallback* mCallback;
 };
 
 }  // namespace noisepp::utils

@@ -116,7 +116,7 @@ std::vector<std::pair<unsigned, NodeValue>> ScriptDocument::Decode(const Node& n
 
 std::string ScriptDocument::AddNode(const std::string& type, const std::string& id,
                                     const json& attributes) {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     const std::string chosen = id.empty() ? NewId(type) : id;
     const std::string place = "node '" + chosen + "'";
     if (!IsValidId(chosen))
@@ -142,7 +142,7 @@ std::string ScriptDocument::AddNode(const std::string& type, const std::string& 
 }
 
 void ScriptDocument::SetAttributes(const std::string& id, const json& attributes) {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     Node* node = Find(id);
     std::string error;
     for (const auto& [attribute, value] : Decode(*node, attributes))
@@ -152,7 +152,7 @@ void ScriptDocument::SetAttributes(const std::string& id, const json& attributes
 
 std::vector<std::pair<std::string, json>> ScriptDocument::GetAttributes(
     const std::string& id) const {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     std::vector<std::pair<std::string, json>> values;
     for (const auto& attribute : Find(id)->GetAttributes())
         values.emplace_back(attribute->GetName(),
@@ -161,7 +161,7 @@ std::vector<std::pair<std::string, json>> ScriptDocument::GetAttributes(
 }
 
 void ScriptDocument::Link(const std::string& from, const std::string& to) {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     const auto [fromId, outName] = SplitPlug(from);
     const auto [toId, inName] = SplitPlug(to);
     Node* source = Find(fromId);
@@ -231,7 +231,7 @@ void ScriptDocument::Evaluate(Node* node) {
 }
 
 Image* ScriptDocument::Render(const RenderRequest& request) {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     Node* node = Find(request.node);
     const int outplug = FindPlug(*node, Node::kImagePlug);
     if (outplug < 0)
@@ -270,7 +270,7 @@ Image* ScriptDocument::Render(const RenderRequest& request) {
 }
 
 std::unique_ptr<PointSampler> ScriptDocument::CompileTexture(const std::string& id) {
-    std::lock_guard<std::recursive_mutex> lock(mEngine.GetMutex());
+    std::lock_guard<EngineMutex> lock(mEngine.GetMutex());
     Node* node = Find(id);
     const int outplug = FindPlug(*node, Node::kTexturePlug);
     if (outplug < 0)

@@ -1,7 +1,7 @@
 // Studio: open (bad documents keep the graph), page edits, undo/redo, display image, add/link/
 // delete nodes and links, linking by dragging plugs, save and read back, image conversion;
-// thumbnails, add/duplicate/paste as undo steps, error marking; the --screenshot and --preview
-// batch modes.
+// thumbnails, add/duplicate/paste as undo steps, error marking, renders that stop for the GUI
+// thread; the --screenshot and --preview batch modes.
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -34,6 +35,7 @@
 #include "host/Document.h"
 #include "host/Engine.h"
 #include "host/Image.h"
+#include "host/Log.h"
 #include "host/PluginLoader.h"
 #include "host/widgets/Manager.h"
 #include "host/widgets/QDragSpinner.h"
@@ -438,6 +440,50 @@ TEST(StudioBakeTest, TheBakeViewGetsTheMeshAndItsImageAndTexturesShowAsPlanes) {
         EXPECT_NE(window.GetViewer()->GetImage(), plain);
     }
     Engine::Get()->Clear();  // before the loader unloads the plug-in
+}
+
+TEST(StudioRenderTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain) {
+    const std::string plugin = RealPlugin();
+    if (plugin.empty())
+        GTEST_SKIP() << "the texture plug-in is not built";
+    EnsureApplication();
+    PluginLoader loader;
+    std::string message;
+    ASSERT_TRUE(loader.Load(plugin, &message)) << message;
+    Engine* engine = Engine::Get();
+    ASSERT_TRUE(Document().Load(TEXTURE_SOURCE_DIR "/examples/default.texture.json", *engine,
+                                loader, &message))
+        << message;
+    Node* out = engine->FindNode("out");
+    ASSERT_TRUE(engine->SetAttributeValue(out, 0, NodeValue::FromFrame(Frame{0, 0, 1600, 1600})));
+    PictureRenderer::StopRendersThatBlockTheWindow(*engine);
+    std::vector<std::string> log;
+    Log::SetSink([&](Log::Level, const std::string& line) { log.push_back(line); });
+    {
+        PictureRenderer renderer(engine, QThread::NormalPriority);
+        bool started = false;
+        std::optional<NodePicture> shown;
+        QObject::connect(&renderer, &PictureRenderer::progressed, [&] { started = true; });
+        QObject::connect(&renderer, &PictureRenderer::pictureReady,
+                         [&](Node*, const NodePicture& picture) { shown = picture; });
+        renderer.Request(out, QSize(), {});
+        while (!started)
+            QApplication::processEvents(QEventLoop::AllEvents, 5);
+        // The GUI thread needs the engine while the render holds it.
+        EXPECT_EQ(engine->GetNodes().size(), 13u);
+        while (!shown)
+            QApplication::processEvents(QEventLoop::AllEvents, 5);
+        EXPECT_EQ(shown->imageSize, QSize(1600, 1600)) << "started again and finished";
+    }
+    Log::SetSink(nullptr);
+    const auto count = [&](const char* text) {
+        return std::count_if(log.begin(), log.end(), [&](const std::string& line) {
+            return line.find(text) != std::string::npos;
+        });
+    };
+    EXPECT_EQ(count("Render stopped after"), 1);
+    EXPECT_EQ(count("Render image:"), 1);
+    engine->Clear();  // before the loader unloads the plug-in
 }
 
 TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {

@@ -1,8 +1,8 @@
 // Render 3D Texture node: the texture-space mapping (surface point, scale, rotation
 // signs and order, translation), driving images (grey and colour, per pixel) and their
 // size-mismatch warnings, frame rounding, the size limit, missing texture and mesh, scene
-// caching and the engine events that invalidate it, thread independence, log lines and
-// the built-in self-check.
+// caching and the engine events that invalidate it, thread independence, log lines,
+// stopping when the host cancels (both render nodes) and the built-in self-check.
 
 #include <gtest/gtest.h>
 
@@ -222,6 +222,43 @@ TEST_F(Render3DNodeTest, BothRenderNodesRoundTheFrameHalfDownAndPinTheImage) {
     ProbeModule squared(true);
     graph.SetTexture(&squared);
     EXPECT_NEAR(graph.Pixels()[0], (0.125 * 0.125 + 0.375 * 0.375) / 2, 1e-6);
+}
+
+TEST_F(Render3DNodeTest, BothRenderNodesStopWhenTheHostCancelsAndRenderAgainLater) {
+    noisepp::PerlinModule perlin;
+    RenderGraph<ImageRender2DTextureNode> plane;
+    plane.SetTexture(&perlin);
+    plane.Set("frame", NodeValue::FromFrame(Frame{0, 0, 3000, 3000}));
+    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, 400, 400}));
+    graph.Set("samples", NodeValue::Number(16));
+    int rowsReported = 0;
+    RenderOptions options;
+    options.cancelled = [] { return true; };
+    options.rowFinished = [&](const Image&, int) { ++rowsReported; };
+    const auto expectStopped = [&](auto& g) {
+        const rendertest::LogCapture log;
+        g.engine.SetRenderOptions(options);
+        EXPECT_FALSE(g.engine.EvaluateNode(g.render));
+        EXPECT_TRUE(g.engine.IsDirty(g.source)) << "stopped after the first node";
+        g.engine.SetRenderOptions({});
+        g.engine.EvaluateNode(g.source);
+        g.engine.SetRenderOptions(options);
+        EXPECT_FALSE(g.engine.EvaluateNode(g.render));
+        EXPECT_TRUE(g.engine.IsDirty(g.render)) << "it renders again when next needed";
+        EXPECT_EQ(g.render->GetState(), Node::kStateOk) << g.render->GetStateMessage();
+        EXPECT_EQ(g.engine.GetOutputValue(g.render, 0).GetImage(), nullptr);
+        EXPECT_TRUE(std::any_of(log.lines.begin(), log.lines.end(), [](const std::string& l) {
+            return l.find("Render stopped after") != std::string::npos;
+        })) << "stopped in the middle, not after the whole image";
+        g.engine.SetRenderOptions({});
+    };
+    expectStopped(plane);
+    EXPECT_LT(rowsReported, 3000) << "lines after the stop are skipped, never reported";
+    expectStopped(graph);
+    plane.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
+    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
+    EXPECT_EQ(plane.Pixels().size(), 64u);
+    EXPECT_EQ(graph.Pixels().size(), 64u);
 }
 
 TEST_F(Render3DNodeTest, BothRenderNodesRefuseImagesLargerThanTheHostAllows) {
