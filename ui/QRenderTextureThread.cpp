@@ -16,6 +16,10 @@
 
 namespace {
 
+// A preview stopped for the host starts again this long after, when the host has had the
+// engine.
+constexpr unsigned long kRestartDelayMs = 100;
+
 // Lets the host stop a preview that holds its engine (a window waiting for it, say).
 class StopWhenCancelled : public noisepp::utils::BuilderCallback {
 public:
@@ -89,7 +93,8 @@ QSize QRenderTextureThread::GetSize() const {
 }
 
 bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width, int height,
-                                         noisepp::TextureColor* buffer, std::string* failure) {
+                                         noisepp::TextureColor* buffer, std::string* failure,
+                                         bool* stopped) {
     Log::Trace("Texture.dll RenderPreview - start");
     if (parameters.node == nullptr)
         return finish(false);
@@ -140,6 +145,11 @@ bool QRenderTextureThread::RenderPreview(const Parameters& parameters, int width
         }
     }
     Node::ReleaseValue(value);
+    // Asked while the engine is still held: whoever made the render stop is still waiting.
+    if (stopped != nullptr && parameters.engine != nullptr) {
+        const std::function<bool()>& cancelled = parameters.engine->GetRenderOptions().cancelled;
+        *stopped = cancelled && cancelled();
+    }
     return finish(result);
 }
 
@@ -157,11 +167,20 @@ void QRenderTextureThread::run() {
             const int height = size.height();
             std::vector<noisepp::TextureColor> buffer(static_cast<std::size_t>(width) * height);
             bool rendered = false;
+            bool stopped = false;
             if (parameters.node != nullptr) {
                 // Held for the whole render, deliberately: a request made meanwhile waits for it
                 // and then has its image discarded, instead of racing it.
                 QMutexLocker locker(&mMutex);
-                rendered = RenderPreview(parameters, width, height, buffer.data());
+                rendered =
+                    RenderPreview(parameters, width, height, buffer.data(), nullptr, &stopped);
+            }
+            if (stopped) {
+                // The host needed the engine: render again once it has had it, unless a newer
+                // request has come meanwhile.
+                msleep(kRestartDelayMs);
+                if (!mRestart && !mAbort)
+                    continue;
             }
             QImage image(width, height, QImage::Format_RGB32);
             if (rendered) {

@@ -76,9 +76,11 @@ public:
     /// `parameters.node` over the parameters' rectangle. False, buffer untouched, when there is
     /// no node, the node has no texture, or the engine refuses the rectangle (for example a
     /// range of zero, or a graph that cannot repeat when tileable); `failure`, when given, then
-    /// gets the engine's reason.
+    /// gets the engine's reason. The engine's render options may stop the render (`cancelled`):
+    /// it is then false too, and `stopped`, when given, is set.
     static bool RenderPreview(const Parameters& parameters, int width, int height,
-                              noisepp::TextureColor* buffer, std::string* failure = nullptr);
+                              noisepp::TextureColor* buffer, std::string* failure = nullptr,
+                              bool* stopped = nullptr);
 
 signals:
     /// Declared for hosts that show progress; the preview does not report any.

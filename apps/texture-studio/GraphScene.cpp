@@ -1,6 +1,7 @@
 #include "apps/texture-studio/GraphScene.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
@@ -175,6 +176,8 @@ void GraphScene::SyncLinks() {
 }
 
 void GraphScene::SyncStates(const Node* display) {
+    // A node's state changes while it evaluates on a render thread.
+    std::lock_guard lock(mEngine->GetMutex());
     for (auto& [node, item] : mNodes) {
         item->SetDisplay(node == display);
         item->UpdateState();

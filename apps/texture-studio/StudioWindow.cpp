@@ -1,6 +1,7 @@
 #include "apps/texture-studio/StudioWindow.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include <QAction>
 #include <QApplication>
@@ -307,6 +308,8 @@ PlaneSettings StudioWindow::CurrentPlane() const {
 }
 
 void StudioWindow::ReportErrors() {
+    // A node's state changes while it evaluates on a render thread.
+    std::lock_guard lock(mEngine->GetMutex());
     for (const NodeItem* item : mScene->GetNodeItems()) {
         const Node* node = item->GetNode();
         if (node->GetState() != Node::kStateError)
