@@ -7,22 +7,24 @@
 #include "host/Node.h"
 
 bool Evaluator::Evaluate(GraphStore::Entry& target, const std::function<bool()>& cancelled) {
-    if (target.dirty)
-        for (GraphStore::Entry* entry : mGraph.DirtyUpstreamOrder(&target)) {
-            EvaluateOne(*entry);
-            if (cancelled && cancelled()) {
-                // Whatever the node made may be cut short; the nodes after it were never run.
-                Unfinish(*entry);
-                return false;
+    if (!target.dirty)
+        return target.node->GetState() != Node::kStateError;
+    const std::vector<GraphStore::Entry*> order = mGraph.DirtyUpstreamOrder(&target);
+    for (auto next = order.begin(); next != order.end(); ++next) {
+        EvaluateOne(**next);
+        if (cancelled && cancelled()) {
+            // What this node made may be cut short. The nodes after it were never run, and
+            // their old outputs may point into modules that the nodes before have just
+            // replaced: none of them may be read.
+            (*next)->node->ClearState();
+            for (auto unfinished = next; unfinished != order.end(); ++unfinished) {
+                (*unfinished)->dirty = true;
+                (*unfinished)->outputs.assign((*unfinished)->outputs.size(), NodeValue());
             }
+            return false;
         }
+    }
     return target.node->GetState() != Node::kStateError;
-}
-
-void Evaluator::Unfinish(GraphStore::Entry& entry) {
-    entry.dirty = true;
-    entry.outputs.assign(entry.outputs.size(), NodeValue());
-    entry.node->ClearState();
 }
 
 void Evaluator::EvaluateOne(GraphStore::Entry& entry) {

@@ -14,8 +14,8 @@ public:
     explicit Evaluator(GraphStore& graph) : mGraph(graph) {}
 
     /// Evaluates what `target` needs; false when the node ended in the error state. After
-    /// each node, `cancelled` (when set) may stop the evaluation: that node and the ones not
-    /// reached stay dirty, with no outputs and no error, and the result is false.
+    /// each node, `cancelled` (when set) may stop the evaluation: that node (in no error state)
+    /// and the ones not reached stay dirty with no outputs, and the result is false.
     bool Evaluate(GraphStore::Entry& target, const std::function<bool()>& cancelled = {});
 
     /// Called before and after each node's Evaluate; may be empty.
@@ -26,8 +26,6 @@ public:
 
 private:
     void EvaluateOne(GraphStore::Entry& entry);
-    /// Undoes what a cancelled evaluation of `entry` left: it is dirty again and holds nothing.
-    static void Unfinish(GraphStore::Entry& entry);
 
     GraphStore& mGraph;
     std::function<void(Node*, bool)> mObserver;

@@ -228,21 +228,26 @@ TEST_F(Render3DNodeTest, BothRenderNodesStopWhenTheHostCancelsAndRenderAgainLate
     noisepp::PerlinModule perlin;
     RenderGraph<ImageRender2DTextureNode> plane;
     plane.SetTexture(&perlin);
-    plane.Set("frame", NodeValue::FromFrame(Frame{0, 0, 3000, 3000}));
-    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, 400, 400}));
-    graph.Set("samples", NodeValue::Number(16));
     int rowsReported = 0;
-    RenderOptions options;
-    options.cancelled = [] { return true; };
-    options.rowFinished = [&](const Image&, int) { ++rowsReported; };
-    const auto expectStopped = [&](auto& g) {
-        const rendertest::LogCapture log;
-        g.engine.SetRenderOptions(options);
+    RenderOptions cancelling;
+    cancelling.cancelled = [] { return true; };
+    cancelling.rowFinished = [&](const Image&, int) { ++rowsReported; };
+    const auto expectStopped = [&](auto& g, Frame large) {
+        g.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
+        ASSERT_EQ(g.Pixels().size(), 64u);
+        // Stopped after the source: the render node's old image would point into the
+        // source's old module, so it is gone too.
+        g.engine.MarkDirty(g.source);
+        g.engine.SetRenderOptions(cancelling);
         EXPECT_FALSE(g.engine.EvaluateNode(g.render));
-        EXPECT_TRUE(g.engine.IsDirty(g.source)) << "stopped after the first node";
+        EXPECT_TRUE(g.engine.IsDirty(g.source) && g.engine.IsDirty(g.render));
+        EXPECT_EQ(g.engine.GetOutputValue(g.render, 0).GetImage(), nullptr);
+        // Stopped in the middle of the render.
         g.engine.SetRenderOptions({});
         g.engine.EvaluateNode(g.source);
-        g.engine.SetRenderOptions(options);
+        g.Set("frame", NodeValue::FromFrame(large));
+        g.engine.SetRenderOptions(cancelling);
+        const rendertest::LogCapture log;
         EXPECT_FALSE(g.engine.EvaluateNode(g.render));
         EXPECT_TRUE(g.engine.IsDirty(g.render)) << "it renders again when next needed";
         EXPECT_EQ(g.render->GetState(), Node::kStateOk) << g.render->GetStateMessage();
@@ -251,14 +256,13 @@ TEST_F(Render3DNodeTest, BothRenderNodesStopWhenTheHostCancelsAndRenderAgainLate
             return l.find("Render stopped after") != std::string::npos;
         })) << "stopped in the middle, not after the whole image";
         g.engine.SetRenderOptions({});
+        g.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
+        EXPECT_EQ(g.Pixels().size(), 64u);
     };
-    expectStopped(plane);
+    expectStopped(plane, Frame{0, 0, 3000, 3000});
     EXPECT_LT(rowsReported, 3000) << "lines after the stop are skipped, never reported";
-    expectStopped(graph);
-    plane.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
-    graph.Set("frame", NodeValue::FromFrame(Frame{0, 0, 4, 4}));
-    EXPECT_EQ(plane.Pixels().size(), 64u);
-    EXPECT_EQ(graph.Pixels().size(), 64u);
+    graph.Set("samples", NodeValue::Number(16));
+    expectStopped(graph, Frame{0, 0, 400, 400});
 }
 
 TEST_F(Render3DNodeTest, BothRenderNodesRefuseImagesLargerThanTheHostAllows) {
