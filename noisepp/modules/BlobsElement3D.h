@@ -33,7 +33,26 @@ public:
     /// A cell holds a blob when its presence byte is below this number.
     std::int32_t getDensityThreshold() const { return mDensityThreshold; }
 
+protected:
+    /// Neighbouring cells along x share all but one x slab of their blocks of blobs, so a run
+    /// works its blocks out one slab per new cell and sums each point over its own block.
+    void evaluateRun(const PointRun& points, TextureColor* out) const override;
+
 private:
+    /// The blob of a cell: its centre, radius and squared radius, the radii not a number when
+    /// the cell holds none.
+    struct Blob {
+        double x, y, z;
+        double radius;
+        double radius2;
+    };
+
+    Blob blobAt(std::int32_t cx, std::int32_t cy, std::int32_t cz) const;
+    /// `sum` plus the blob's share at (x, y, z): nothing outside its radius.
+    static double addBlob(double sum, double centreX, double centreY, double centreZ, double radius,
+                          double radius2, double x, double y, double z);
+    TextureColor colourOf(double sum) const;
+
     PeriodicLattice mLattice;
     TextureColor mColorA;
     TextureColor mColorB;
