@@ -8,6 +8,7 @@
 #include "noisepp/math/NoiseTables.h"
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellSlabs.h"
+#include "noisepp/simd/BlobKernel.h"
 
 namespace noisepp {
 
@@ -38,7 +39,7 @@ std::int32_t densityThreshold(double density) {
 
 /// Blob centres x, y and z, radii and squared radii of the blocks of 28 neighbouring cells at
 /// once with large interaction, of 84 without (about 31 KiB).
-using BlobSlabs = CellSlabs<5, 32 * 25>;
+using BlobSlabList = CellSlabs<5, 32 * 25>;
 
 /// 6r^5 - 15r^4 + 10r^3, evaluated term by term as written.
 double quintic(double r) {
@@ -113,17 +114,6 @@ BlobsElement3D::Blob BlobsElement3D::blobAt(std::int32_t cx, std::int32_t cy,
             radius * radius};
 }
 
-double BlobsElement3D::addBlob(double sum, double centreX, double centreY, double centreZ,
-                               double radius, double radius2, double x, double y, double z) {
-    const double dx = centreX - x;
-    const double dy = centreY - y;
-    const double dz = centreZ - z;
-    const double d2 = dx * dx + dy * dy + dz * dz;
-    if (!(radius2 > d2))
-        return sum;
-    return sum + (1.0 - quintic(std::sqrt(d2) / radius));
-}
-
 TextureColor BlobsElement3D::colourOf(double sum) const {
     return blendColors(mColorA, mColorB, static_cast<float>(std::min(1.0, sum)));
 }
@@ -140,7 +130,12 @@ TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
         for (std::int32_t j = -mReach; j <= mReach; ++j) {
             for (std::int32_t i = -mReach; i <= mReach; ++i) {
                 const Blob b = blobAt(wrapAdd(fx, i), wrapAdd(fy, j), wrapAdd(fz, k));
-                sum = addBlob(sum, b.x, b.y, b.z, b.radius, b.radius2, X, Y, Z);
+                const double dx = b.x - X;
+                const double dy = b.y - Y;
+                const double dz = b.z - Z;
+                const double d2 = dx * dx + dy * dy + dz * dz;
+                if (b.radius2 > d2)
+                    sum += 1.0 - quintic(std::sqrt(d2) / b.radius);
             }
         }
     }
@@ -160,7 +155,7 @@ void BlobsElement3D::evaluateRun(const PointRun& points, TextureColor* out) cons
     }
     // A slab holds the cells of one x, z outer and y inner, as a point visits them.
     const auto side = static_cast<std::size_t>(2 * mReach + 1);
-    BlobSlabs slabs(side * side, side);
+    BlobSlabList slabs(side * side, side);
     std::int32_t firstSlab[kRunLength];
     const auto appendSlab = [&](std::int32_t cx, std::int32_t iy, std::int32_t iz) {
         double* centreX = slabs.nextSlab(0);
@@ -181,23 +176,14 @@ void BlobsElement3D::evaluateRun(const PointRun& points, TextureColor* out) cons
         }
         slabs.addSlab();
     };
+    // The blobs are summed several points at a time, whatever cells the points lie in.
     const auto evaluate = [&](std::size_t begin, std::size_t end) {
-        const double* centreX = slabs.column(0);
-        const double* centreY = slabs.column(1);
-        const double* centreZ = slabs.column(2);
-        const double* radius = slabs.column(3);
-        const double* radius2 = slabs.column(4);
-        const std::size_t slabSize = slabs.slabSize();
-        for (std::size_t p = begin; p < end; ++p) {
-            double sum = 0.0;
-            const std::size_t first = firstSlab[p] * slabSize;
-            for (std::size_t kj = 0; kj < slabSize; ++kj) {
-                for (std::size_t n = first + kj; n < first + kj + side * slabSize; n += slabSize)
-                    sum = addBlob(sum, centreX[n], centreY[n], centreZ[n], radius[n], radius2[n],
-                                  x[p], y[p], z[p]);
-            }
-            out[p] = colourOf(sum);
-        }
+        double sum[kRunLength];
+        simd::sumBlobs({slabs.column(0), slabs.column(1), slabs.column(2), slabs.column(3),
+                        slabs.column(4), slabs.slabSize(), slabs.blockSlabs()},
+                       {x + begin, y + begin, z + begin, firstSlab + begin, end - begin}, sum);
+        for (std::size_t p = begin; p < end; ++p)
+            out[p] = colourOf(sum[p - begin]);
     };
     walkBlockSlabs({cellX, cellY, cellZ, points.count}, mReach, slabs, firstSlab, appendSlab,
                    evaluate);

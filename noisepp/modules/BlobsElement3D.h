@@ -48,9 +48,6 @@ private:
     };
 
     Blob blobAt(std::int32_t cx, std::int32_t cy, std::int32_t cz) const;
-    /// `sum` plus the blob's share at (x, y, z): nothing outside its radius.
-    static double addBlob(double sum, double centreX, double centreY, double centreZ, double radius,
-                          double radius2, double x, double y, double z);
     TextureColor colourOf(double sum) const;
 
     PeriodicLattice mLattice;
