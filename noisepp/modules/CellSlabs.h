@@ -32,9 +32,15 @@ public:
     bool hasRoomFor(std::size_t slabs) const { return (mCount + slabs) * mSlabSize <= Cells; }
 
     const double* column(std::size_t c) const { return mColumns[c]; }
+    double* column(std::size_t c) { return mColumns[c]; }
     /// Where column c of the next slab goes; it joins the list with addSlab().
     double* nextSlab(std::size_t c) { return mColumns[c] + mCount * mSlabSize; }
     void addSlab() { ++mCount; }
+
+    /// Slabs whose numbers are worked out in one go once several have been added: the slabs
+    /// from firstPending() on joined the list since the last markWorkedOut().
+    std::size_t firstPending() const { return mWorkedOut; }
+    void markWorkedOut() { mWorkedOut = mCount; }
 
     /// Drops all but the last `slabs` slabs, which move to the front.
     void keepLast(std::size_t slabs) {
@@ -42,6 +48,7 @@ public:
         const std::size_t to = mCount * mSlabSize;
         for (double* column : mColumns)
             std::copy(column + from, column + to, column);
+        mWorkedOut = slabs - std::min(slabs, mCount - mWorkedOut);
         mCount = slabs;
     }
 
@@ -49,6 +56,7 @@ private:
     std::size_t mSlabSize;
     std::size_t mBlockSlabs;
     std::size_t mCount = 0;
+    std::size_t mWorkedOut = 0;
     double mColumns[Columns][Cells];
 };
 

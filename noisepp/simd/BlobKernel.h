@@ -4,10 +4,45 @@
 // by the blob generator once it has worked out the blobs of the cell blocks its points lie in.
 
 #include <cstddef>
+#include <cstdint>
 
 #include "noisepp/simd/SlabSearch.h"
 
 namespace noisepp::simd {
+
+/// The bytes a cell's blob is drawn from: per cell i the permutation-table bytes at its eight
+/// corners, corner[x + 2y + 4z][i] for the lower (0) or upper (1) corner along each axis, and
+/// the cell itself (x[i], y[i], z[i]).
+struct BlobCells {
+    const std::uint32_t* corner[8] = {};
+    const std::int32_t* x = nullptr;
+    const std::int32_t* y = nullptr;
+    const std::int32_t* z = nullptr;
+    std::size_t count = 0;
+};
+
+/// How bytes become blobs: a cell holds one when its presence byte is below `densityThreshold`;
+/// its radius is r * spread + minRadius for its radius byte r over 255.
+struct BlobShape {
+    std::int32_t densityThreshold = 0;
+    double spread = 0.0;
+    double minRadius = 0.0;
+};
+
+/// Where blobs go, one number per cell in each.
+struct BlobColumns {
+    double* x = nullptr;
+    double* y = nullptr;
+    double* z = nullptr;
+    double* radius = nullptr;
+    double* radius2 = nullptr;
+};
+
+/// The blob of every cell, several cells per instruction: its centre (the cell plus its offset
+/// bytes over 255), radius and squared radius, the radii not a number when the cell holds no
+/// blob. Which bits of which corner bytes make up the presence, offset and radius bytes is
+/// fixed here and nowhere else.
+void makeBlobs(const BlobCells& cells, const BlobShape& shape, const BlobColumns& blobs);
 
 /// Blobs stored slab after slab: a slab holds `slabSize` cells, and the block a point searches
 /// is `blockSlabs` consecutive slabs. Per cell its blob's centre, radius and squared radius;
