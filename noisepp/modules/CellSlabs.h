@@ -19,7 +19,7 @@ namespace noisepp {
 /// Numbers per cell of a stretch of blocks, slab after slab: a slab holds the cells of one x of
 /// a block in a fixed order, each number in a column of its own (`Columns` columns of at most
 /// `Cells` cells). Lives on the stack of one run and never allocates.
-template <std::size_t Columns, std::size_t Cells>
+template <std::size_t Columns, std::size_t Cells, class Number = double>
 class CellSlabs {
 public:
     /// `slabSize` cells per slab, `blockSlabs` slabs per block.
@@ -31,10 +31,10 @@ public:
     std::size_t count() const { return mCount; }
     bool hasRoomFor(std::size_t slabs) const { return (mCount + slabs) * mSlabSize <= Cells; }
 
-    const double* column(std::size_t c) const { return mColumns[c]; }
-    double* column(std::size_t c) { return mColumns[c]; }
+    const Number* column(std::size_t c) const { return mColumns[c]; }
+    Number* column(std::size_t c) { return mColumns[c]; }
     /// Where column c of the next slab goes; it joins the list with addSlab().
-    double* nextSlab(std::size_t c) { return mColumns[c] + mCount * mSlabSize; }
+    Number* nextSlab(std::size_t c) { return mColumns[c] + mCount * mSlabSize; }
     void addSlab() { ++mCount; }
 
     /// Slabs whose numbers are worked out in one go once several have been added: the slabs
@@ -46,7 +46,7 @@ public:
     void keepLast(std::size_t slabs) {
         const std::size_t from = (mCount - slabs) * mSlabSize;
         const std::size_t to = mCount * mSlabSize;
-        for (double* column : mColumns)
+        for (Number* column : mColumns)
             std::copy(column + from, column + to, column);
         mWorkedOut = slabs - std::min(slabs, mCount - mWorkedOut);
         mCount = slabs;
@@ -57,7 +57,7 @@ private:
     std::size_t mBlockSlabs;
     std::size_t mCount = 0;
     std::size_t mWorkedOut = 0;
-    double mColumns[Columns][Cells];
+    Number mColumns[Columns][Cells];
 };
 
 /// The lattice cells of the points of a run.
