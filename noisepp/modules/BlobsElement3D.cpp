@@ -62,7 +62,6 @@ void BlobsElement3D::drawSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz,
     // cell itself. The bytes of a corner depend on its wrapped coordinates modulo 256 only,
     // and the upper corner of a row is mostly the lower corner of the next one, so the slab's
     // corners along y and z are hashed once each.
-    constexpr int kMaxSide = 5;
     const int side = 2 * mReach + 1;
     std::uint32_t cornerY[2 * kMaxSide], cornerZ[2 * kMaxSide];
     int lowerY[kMaxSide], lowerZ[kMaxSide], upperY[kMaxSide], upperZ[kMaxSide];
@@ -82,22 +81,34 @@ void BlobsElement3D::drawSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz,
     };
     const int countY = listCorners(1, iy, cornerY, lowerY, upperY);
     const int countZ = listCorners(2, iz, cornerZ, lowerZ, upperZ);
+    // The upper x side of the slab drawn last is this one's lower side when this one is its
+    // neighbour along x.
     const auto ux = static_cast<std::uint32_t>(mLattice.wrap(0, cx));
-    std::uint32_t bytes[2][2 * kMaxSide][2 * kMaxSide];
-    for (std::uint32_t c = 0; c < 2; ++c) {
+    CornerSide& shared = draws.sides[draws.lastUpperSide];
+    const bool lowerShared =
+        shared.drawn && shared.y == iy && shared.z == iz && ((ux - shared.x) & 255u) == 0;
+    CornerSide* sides[2] = {lowerShared ? &shared : &draws.sides[0],
+                            lowerShared ? &draws.sides[1 - draws.lastUpperSide] : &draws.sides[1]};
+    for (std::uint32_t c = lowerShared ? 1 : 0; c < 2; ++c) {
         const std::uint32_t a = p(ux + s + c) + s;
         for (int y = 0; y < countY; ++y) {
             const std::uint32_t b = p(a + cornerY[y]) + s;
             for (int z = 0; z < countZ; ++z)
-                bytes[c][y][z] = p(b + cornerZ[z]);
+                sides[c]->bytes[y][z] = p(b + cornerZ[z]);
         }
     }
+    sides[1]->x = ux + 1u;
+    sides[1]->y = iy;
+    sides[1]->z = iz;
+    sides[1]->drawn = true;
+    draws.lastUpperSide = sides[1] == &draws.sides[0] ? 0 : 1;
+    const auto bytes = [&](int c, int y, int z) { return sides[c]->bytes[y][z]; };
     for (int k = 0; k < side; ++k) {
         for (int j = 0; j < side; ++j, ++at) {
             const int y[2] = {lowerY[j], upperY[j]};
             const int z[2] = {lowerZ[k], upperZ[k]};
             for (int c = 0; c < 8; ++c)
-                draws.corner[c][at] = bytes[c & 1][y[(c >> 1) & 1]][z[c >> 2]];
+                draws.corner[c][at] = bytes(c & 1, y[(c >> 1) & 1], z[c >> 2]);
             draws.x[at] = cx;
             draws.y[at] = wrapAdd(iy, j - mReach);
             draws.z[at] = wrapAdd(iz, k - mReach);

@@ -42,15 +42,28 @@ protected:
 private:
     /// Enough cells for the slabs of one run.
     static constexpr std::size_t kSlabCells = 32 * 25;
-    /// What the blobs of cells are drawn from: corner bytes and cell, cell by cell.
+    static constexpr int kMaxSide = 5;
+    /// The bytes of the corners on one x side of a slab, by corner row and layer, and what they
+    /// depend on: the corner's x and the slab's row and layer.
+    struct CornerSide {
+        std::uint32_t bytes[2 * kMaxSide][2 * kMaxSide];
+        std::uint32_t x = 0;
+        std::int32_t y = 0;
+        std::int32_t z = 0;
+        bool drawn = false;
+    };
+    /// What the blobs of cells are drawn from: corner bytes and cell, cell by cell; and the
+    /// corner sides of the slab drawn last, the upper one at sides[lastUpperSide].
     struct BlobDraws {
         std::uint32_t corner[8][kSlabCells];
         std::int32_t x[kSlabCells], y[kSlabCells], z[kSlabCells];
+        CornerSide sides[2];
+        int lastUpperSide = 0;
     };
 
     /// Draws the cells (cx, iy + j, iz + k), j and k within the reach, k outer and j inner as a
     /// point visits them, into `draws` from cell `at` on, hashing the corners that neighbouring
-    /// cells share once.
+    /// cells (and the slab drawn before, when it is the neighbour along x) share once.
     void drawSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz, BlobDraws& draws,
                   std::size_t at) const;
     /// The blobs of the drawn cells begin ... end - 1.
