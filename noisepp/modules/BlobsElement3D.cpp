@@ -146,7 +146,9 @@ TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
     BlobDraws draws;
     for (std::size_t i = 0; i < side; ++i)
         drawSlab(wrapAdd(fx, static_cast<std::int32_t>(i) - mReach), fy, fz, draws, i * slabSize);
-    double blobX[125], blobY[125], blobZ[125], radius[125], radius2[125];
+    constexpr std::size_t kMaxBlock = kMaxSide * kMaxSide * kMaxSide;
+    double blobX[kMaxBlock], blobY[kMaxBlock], blobZ[kMaxBlock];
+    double radius[kMaxBlock], radius2[kMaxBlock];
     makeBlobs(draws, 0, side * slabSize, {blobX, blobY, blobZ, radius, radius2});
     double sum = 0.0;
     for (std::size_t kj = 0; kj < slabSize; ++kj) {
