@@ -139,18 +139,16 @@ FibersElement3D::Stack FibersElement3D::coversOf(const Place& place, PatternAt&&
     return stack;
 }
 
-TextureColor FibersElement3D::colourOf(const Stack& stack, double x, double y, double z) const {
-    // Start from the highest fibre that hides everything below it; the matrix (which may be a
-    // whole texture) is evaluated only when no fibre does.
+int FibersElement3D::hidingFibre(const Stack& stack) {
     int first = stack.count - 1;
     while (first >= 0 && stack.covers[first].coverage < 1.0)
         --first;
-    TextureColor colour;
-    if (first >= 0) {
-        colour = fibreColour(stack.covers[first].fibre);
-    } else {
-        colour = mMatrix != nullptr ? mMatrix->getValue(x, y, z) : mColorMatrix;
-    }
+    return first;
+}
+
+TextureColor FibersElement3D::colourOf(const Stack& stack, int first,
+                                       const TextureColor& below) const {
+    TextureColor colour = first >= 0 ? fibreColour(stack.covers[first].fibre) : below;
     for (int s = first + 1; s < stack.count; ++s)
         colour = blendColors(colour, fibreColour(stack.covers[s].fibre),
                              static_cast<float>(stack.covers[s].coverage));
@@ -163,7 +161,11 @@ TextureColor FibersElement3D::getValue(double x, double y, double z) const {
         place, [this](const BlockCell& cell) { return cellPattern(cell.i, cell.j, cell.k); },
         [this](std::int32_t, double lx) { return mLayout.bucketX(lx); },
         [this](std::int32_t, double ly) { return mLayout.bucketY(ly); });
-    return colourOf(stack, x, y, z);
+    // The matrix (which may be a whole texture) is evaluated only when no fibre hides it.
+    const int first = hidingFibre(stack);
+    if (first < 0 && mMatrix != nullptr)
+        return colourOf(stack, first, mMatrix->getValue(x, y, z));
+    return colourOf(stack, first, mColorMatrix);
 }
 
 void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
@@ -187,6 +189,7 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
     CellSlabs<1, kRunPatterns, std::uint32_t> slabs(slabSize,
                                                     static_cast<std::size_t>(2 * reachX + 1));
     std::int32_t firstSlab[kRunLength];
+    Stack stacks[kRunLength];
     const auto appendSlab = [&](std::int32_t cx, std::int32_t cj, std::int32_t firstLayer) {
         std::uint32_t* patterns = slabs.nextSlab(0);
         for (std::int32_t layer = 0; layer < 2; ++layer)
@@ -214,11 +217,34 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
                 },
                 [&](std::int32_t di, double) { return bucketX[di + reachX]; },
                 [&](std::int32_t dj, double) { return bucketY[dj + reachY]; });
-            out[p] = colourOf(stack, points.x[p], points.yAt(p), points.zAt(p));
+            stacks[p] = stack;
         }
     };
     walkBlockSlabs({cellX, cellY, cellZ, points.count}, reachX, slabs, firstSlab, appendSlab,
                    evaluate);
+
+    // The matrix (which may be a whole texture) is evaluated only where no fibre hides it, for
+    // all those points of the run at once.
+    int first[kRunLength];
+    double matrixX[kRunLength], matrixY[kRunLength], matrixZ[kRunLength];
+    std::size_t matrixPoints = 0;
+    for (std::size_t p = 0; p < points.count; ++p) {
+        first[p] = hidingFibre(stacks[p]);
+        if (first[p] < 0 && mMatrix != nullptr) {
+            matrixX[matrixPoints] = points.x[p];
+            matrixY[matrixPoints] = points.yAt(p);
+            matrixZ[matrixPoints] = points.zAt(p);
+            ++matrixPoints;
+        }
+    }
+    TextureColor matrix[kRunLength];
+    if (matrixPoints > 0)
+        mMatrix->getValues(matrixX, matrixY, matrixZ, matrixPoints, matrix);
+    std::size_t nextMatrix = 0;
+    for (std::size_t p = 0; p < points.count; ++p) {
+        const bool fromMatrix = first[p] < 0 && mMatrix != nullptr;
+        out[p] = colourOf(stacks[p], first[p], fromMatrix ? matrix[nextMatrix++] : mColorMatrix);
+    }
 }
 
 std::uint32_t FibersElement3D::cellPattern(std::int32_t i, std::int32_t j, std::int32_t k) const {

@@ -53,7 +53,8 @@ public:
 protected:
     /// Neighbouring cells along x share all but one x slab of their blocks of cell patterns, so
     /// a run works its blocks out one slab per new cell; a point's bucket columns and rows are
-    /// found once for its whole block.
+    /// found once for its whole block, and the matrix texture is evaluated for all points it
+    /// shows through at once.
     void evaluateRun(const PointRun& points, TextureColor* out) const override;
 
 private:
@@ -100,7 +101,10 @@ private:
     template <class PatternAt, class BucketXAt, class BucketYAt>
     Stack coversOf(const Place& place, PatternAt&& patternAt, BucketXAt&& bucketXAt,
                    BucketYAt&& bucketYAt) const;
-    TextureColor colourOf(const Stack& stack, double x, double y, double z) const;
+    /// The highest fibre of the stack that hides everything below it, -1 when none does.
+    static int hidingFibre(const Stack& stack);
+    /// The stack's colour from that fibre up, over `below` when no fibre hides it.
+    TextureColor colourOf(const Stack& stack, int first, const TextureColor& below) const;
     /// The pattern of cell (i, j, k) of the unwrapped lattice.
     std::uint32_t cellPattern(std::int32_t i, std::int32_t j, std::int32_t k) const;
     std::uint32_t patternOf(std::int32_t i, std::int32_t j, std::int32_t k) const;
