@@ -177,7 +177,7 @@ void BlobsElement3D::evaluateRun(const PointRun& points, TextureColor* out) cons
     }
     const auto side = static_cast<std::size_t>(2 * mReach + 1);
     // Blob centres x, y and z, radii and squared radii of the blocks of 28 neighbouring cells
-    // at once with large interaction, of 84 without (about 31 KiB).
+    // at once with large interaction, of 86 without (about 31 KiB).
     CellSlabs<5, kSlabCells> slabs(side * side, side);
     std::int32_t firstSlab[kRunLength];
     // A slab's cells are drawn as it joins the list; the blobs of all new slabs are made

@@ -209,7 +209,7 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
             for (std::int32_t dj = -reachY; dj <= reachY; ++dj)
                 bucketY[dj + reachY] = mLayout.bucketY(at.y - wrapAdd(at.cellY, dj));
             const std::uint32_t* block = slabs.column(0) + firstSlab[p] * slabSize;
-            const Stack stack = coversOf(
+            stacks[p] = coversOf(
                 at,
                 [&](const BlockCell& cell) {
                     return block[(cell.column + reachX) * slabSize + cell.layer * rows +
@@ -217,7 +217,6 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
                 },
                 [&](std::int32_t di, double) { return bucketX[di + reachX]; },
                 [&](std::int32_t dj, double) { return bucketY[dj + reachY]; });
-            stacks[p] = stack;
         }
     };
     walkBlockSlabs({cellX, cellY, cellZ, points.count}, reachX, slabs, firstSlab, appendSlab,
@@ -226,25 +225,17 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
     // The matrix (which may be a whole texture) is evaluated only where no fibre hides it, for
     // all those points of the run at once.
     int first[kRunLength];
-    double matrixX[kRunLength], matrixY[kRunLength], matrixZ[kRunLength];
-    std::size_t matrixPoints = 0;
+    bool showsMatrix[kRunLength];
+    TextureColor below[kRunLength];
     for (std::size_t p = 0; p < points.count; ++p) {
         first[p] = hidingFibre(stacks[p]);
-        if (first[p] < 0 && mMatrix != nullptr) {
-            matrixX[matrixPoints] = points.x[p];
-            matrixY[matrixPoints] = points.yAt(p);
-            matrixZ[matrixPoints] = points.zAt(p);
-            ++matrixPoints;
-        }
+        showsMatrix[p] = first[p] < 0 && mMatrix != nullptr;
+        below[p] = mColorMatrix;
     }
-    TextureColor matrix[kRunLength];
-    if (matrixPoints > 0)
-        mMatrix->getValues(matrixX, matrixY, matrixZ, matrixPoints, matrix);
-    std::size_t nextMatrix = 0;
-    for (std::size_t p = 0; p < points.count; ++p) {
-        const bool fromMatrix = first[p] < 0 && mMatrix != nullptr;
-        out[p] = colourOf(stacks[p], first[p], fromMatrix ? matrix[nextMatrix++] : mColorMatrix);
-    }
+    if (mMatrix != nullptr)
+        mMatrix->getRunValuesWhere(points, showsMatrix, below);
+    for (std::size_t p = 0; p < points.count; ++p)
+        out[p] = colourOf(stacks[p], first[p], below[p]);
 }
 
 std::uint32_t FibersElement3D::cellPattern(std::int32_t i, std::int32_t j, std::int32_t k) const {
