@@ -209,7 +209,7 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
             for (std::int32_t dj = -reachY; dj <= reachY; ++dj)
                 bucketY[dj + reachY] = mLayout.bucketY(at.y - wrapAdd(at.cellY, dj));
             const std::uint32_t* block = slabs.column(0) + firstSlab[p] * slabSize;
-            stacks[p] = coversOf(
+            const Stack stack = coversOf(
                 at,
                 [&](const BlockCell& cell) {
                     return block[(cell.column + reachX) * slabSize + cell.layer * rows +
@@ -217,23 +217,27 @@ void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
                 },
                 [&](std::int32_t di, double) { return bucketX[di + reachX]; },
                 [&](std::int32_t dj, double) { return bucketY[dj + reachY]; });
+            if (mMatrix == nullptr)
+                out[p] = colourOf(stack, hidingFibre(stack), mColorMatrix);
+            else
+                stacks[p] = stack;
         }
     };
     walkBlockSlabs({cellX, cellY, cellZ, points.count}, reachX, slabs, firstSlab, appendSlab,
                    evaluate);
+    if (mMatrix == nullptr)
+        return;
 
     // The matrix (which may be a whole texture) is evaluated only where no fibre hides it, for
     // all those points of the run at once.
     int first[kRunLength];
     bool showsMatrix[kRunLength];
-    TextureColor below[kRunLength];
     for (std::size_t p = 0; p < points.count; ++p) {
         first[p] = hidingFibre(stacks[p]);
-        showsMatrix[p] = first[p] < 0 && mMatrix != nullptr;
-        below[p] = mColorMatrix;
+        showsMatrix[p] = first[p] < 0;
     }
-    if (mMatrix != nullptr)
-        mMatrix->getRunValuesWhere(points, showsMatrix, below);
+    TextureColor below[kRunLength];
+    mMatrix->getRunValuesWhere(points, showsMatrix, below);
     for (std::size_t p = 0; p < points.count; ++p)
         out[p] = colourOf(stacks[p], first[p], below[p]);
 }
