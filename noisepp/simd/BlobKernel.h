@@ -1,7 +1,8 @@
 #pragma once
 
-// The sums of soft spheres (blobs) over cell blocks, for several points per instruction. Used
-// by the blob generator once it has worked out the blobs of the cell blocks its points lie in.
+// Soft spheres (blobs): the blobs of cells drawn from their corner bytes, several cells per
+// instruction, and their sums over cell blocks, several points per instruction. Used by the blob
+// generator for the cell blocks its points lie in.
 
 #include <cstddef>
 #include <cstdint>
