@@ -1,5 +1,6 @@
-// Line speed against frequency: the fractal generators (three octaves, quality 2) and every
-// Voronoi shape at frequencies 1, 8 and 64 over a 1024 x 1024 plane spanning -2 ... 2, one
+// Line speed against frequency: the fractal generators (three octaves, quality 2), every
+// Voronoi shape, Blobs and Fibers (their node defaults otherwise; the fibres' scale stands for
+// the frequency) at frequencies 1, 8 and 64 over a 1024 x 1024 plane spanning -2 ... 2, one
 // thread. At frequency 64 a Perlin cell of the first octave is 4 pixels wide and one of the
 // third octave 1 pixel, so most vectors of a line span several lattice cells. Items are samples.
 
@@ -10,6 +11,8 @@
 #include <vector>
 
 #include "noisepp/modules/BillowModule.h"
+#include "noisepp/modules/BlobsModule.h"
+#include "noisepp/modules/FibersModule.h"
 #include "noisepp/modules/PerlinModule.h"
 #include "noisepp/modules/RidgedMultiModule.h"
 #include "noisepp/modules/VoronoiModule.h"
@@ -26,10 +29,25 @@ enum Generator {
     kVoronoiFlat,
     kVoronoiCells,
     kVoronoiChips,
-    kVoronoiEdges
+    kVoronoiEdges,
+    kBlobs,
+    kFibers
 };
 
 std::unique_ptr<noisepp::Module> makeGenerator(Generator generator, double frequency) {
+    if (generator == kBlobs) {
+        auto blobs = std::make_unique<noisepp::BlobsModule>();
+        blobs->setMinRadius(1.0);
+        blobs->setMaxRadius(1.0);
+        blobs->setDensity(0.5);
+        blobs->setFrequency(frequency);
+        return blobs;
+    }
+    if (generator == kFibers) {
+        auto fibers = std::make_unique<noisepp::FibersModule>();
+        fibers->setScale(frequency);
+        return fibers;
+    }
     if (generator >= kVoronoiFlat) {
         auto voronoi = std::make_unique<noisepp::VoronoiModule>();
         voronoi->setShape(static_cast<std::int32_t>(generator - kVoronoiFlat));
@@ -71,7 +89,7 @@ void BM_LineAtFrequency(benchmark::State& state) {
 BENCHMARK(BM_LineAtFrequency)
     ->ArgNames({"generator", "frequency"})
     ->ArgsProduct({{kPerlin, kBillow, kRidgedMulti, kVoronoiFlat, kVoronoiCells, kVoronoiChips,
-                    kVoronoiEdges},
+                    kVoronoiEdges, kBlobs, kFibers},
                    {1, 8, 64}})
     ->Unit(benchmark::kMillisecond);
 

@@ -43,6 +43,10 @@ public:
     /// Colours at the points of `points` (any length), out[i] for point i.
     void getRunValues(const PointRun& points, TextureColor* out) const;
 
+    /// Colours at the points of `points` (at most kRunLength) that are `wanted`, into out[i] for
+    /// those i; the others are left as they are. A subset of a row is still a row.
+    void getRunValuesWhere(const PointRun& points, const bool* wanted, TextureColor* out) const;
+
     virtual ~PipelineElement3D() = default;
 
 protected:

@@ -7,17 +7,12 @@
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
 #include "noisepp/modules/CellIndex.h"
+#include "noisepp/modules/CellSlabs.h"
+#include "noisepp/simd/BlobKernel.h"
 
 namespace noisepp {
 
 namespace {
-
-// Bit masks that pick and recombine bits of a cell's eight corner bytes into its blob's
-// offsets, radius and presence (m0 ... m25).
-constexpr std::array<std::uint32_t, 26> m = {1,   2,  4,   8,   16, 32,  64,  128, 3,
-                                             12,  48, 192, 129, 66, 36,  24,  5,   10,
-                                             160, 80, 15,  240, 60, 195, 204, 51};
-constexpr double kInverse255 = 0.00392156862745098;
 
 /// density x 255 rounded to a whole number, an exact half going down. Presence bytes are
 /// 0..255, so a threshold beyond the 32-bit range saturates instead of wrapping: a huge density
@@ -47,14 +42,94 @@ BlobsElement3D::BlobsElement3D(const Settings& settings)
     : mLattice(settings.lattice),
       mColorA(settings.colorA),
       mColorB(settings.colorB),
-      mDensityThreshold(densityThreshold(settings.density)),
       mReach(settings.largeInteraction ? 2 : 1),
       mSeed(static_cast<std::uint32_t>(settings.seed)),
       mPermutation(kPermutationTable) {
     // A blob that may reach two cells away also gets twice the radius.
     const double radiusFactor = settings.largeInteraction ? 2.0 : 1.0;
-    mMinRadius = settings.minRadius * radiusFactor;
-    mSpread = settings.maxRadius * radiusFactor - mMinRadius;
+    mShape.densityThreshold = densityThreshold(settings.density);
+    mShape.minRadius = settings.minRadius * radiusFactor;
+    mShape.spread = settings.maxRadius * radiusFactor - mShape.minRadius;
+}
+
+void BlobsElement3D::drawSlab(std::int32_t cx, std::int32_t iy, std::int32_t iz, BlobDraws& draws,
+                              std::size_t at) const {
+    const std::uint32_t s = mSeed;
+    const auto p = [this](std::uint32_t i) {
+        return static_cast<std::uint32_t>(mPermutation[i & 255u]);
+    };
+    // A blob is drawn from its cell wrapped into the period; its position stays that of the
+    // cell itself. The bytes of a corner depend on its wrapped coordinates modulo 256 only,
+    // and the upper corner of a row is mostly the lower corner of the next one, so the slab's
+    // corners along y and z are hashed once each.
+    const int side = 2 * mReach + 1;
+    std::uint32_t cornerY[2 * kMaxSide], cornerZ[2 * kMaxSide];
+    int lowerY[kMaxSide], lowerZ[kMaxSide], upperY[kMaxSide], upperZ[kMaxSide];
+    const auto listCorners = [&](int axis, std::int32_t centre, std::uint32_t* corner, int* lower,
+                                 int* upper) {
+        int count = 0;
+        for (int n = 0; n < side; ++n) {
+            const auto c =
+                static_cast<std::uint32_t>(mLattice.wrap(axis, wrapAdd(centre, n - mReach)));
+            if (count == 0 || ((c - corner[count - 1]) & 255u) != 0)
+                corner[count++] = c;
+            lower[n] = count - 1;
+            corner[count] = c + 1u;
+            upper[n] = count++;
+        }
+        return count;
+    };
+    const int countY = listCorners(1, iy, cornerY, lowerY, upperY);
+    const int countZ = listCorners(2, iz, cornerZ, lowerZ, upperZ);
+    // The upper x side of the slab drawn last is this one's lower side when this one is its
+    // neighbour along x.
+    const auto ux = static_cast<std::uint32_t>(mLattice.wrap(0, cx));
+    CornerSide& shared = draws.sides[draws.lastUpperSide];
+    const bool lowerShared =
+        shared.drawn && shared.y == iy && shared.z == iz && ((ux - shared.x) & 255u) == 0;
+    CornerSide* sides[2] = {lowerShared ? &shared : &draws.sides[0],
+                            lowerShared ? &draws.sides[1 - draws.lastUpperSide] : &draws.sides[1]};
+    for (std::uint32_t c = lowerShared ? 1 : 0; c < 2; ++c) {
+        const std::uint32_t a = p(ux + s + c) + s;
+        for (int y = 0; y < countY; ++y) {
+            const std::uint32_t b = p(a + cornerY[y]) + s;
+            for (int z = 0; z < countZ; ++z)
+                sides[c]->bytes[y][z] = p(b + cornerZ[z]);
+        }
+    }
+    sides[1]->x = ux + 1u;
+    sides[1]->y = iy;
+    sides[1]->z = iz;
+    sides[1]->drawn = true;
+    draws.lastUpperSide = sides[1] == &draws.sides[0] ? 0 : 1;
+    const auto bytes = [&](int c, int y, int z) { return sides[c]->bytes[y][z]; };
+    for (int k = 0; k < side; ++k) {
+        for (int j = 0; j < side; ++j, ++at) {
+            const int y[2] = {lowerY[j], upperY[j]};
+            const int z[2] = {lowerZ[k], upperZ[k]};
+            for (int c = 0; c < 8; ++c)
+                draws.corner[c][at] = bytes(c & 1, y[(c >> 1) & 1], z[c >> 2]);
+            draws.x[at] = cx;
+            draws.y[at] = wrapAdd(iy, j - mReach);
+            draws.z[at] = wrapAdd(iz, k - mReach);
+        }
+    }
+}
+
+void BlobsElement3D::makeBlobs(const BlobDraws& draws, std::size_t begin, std::size_t end,
+                               const simd::BlobColumns& blobs) const {
+    const auto& c = draws.corner;
+    simd::makeBlobs({{c[0] + begin, c[1] + begin, c[2] + begin, c[3] + begin, c[4] + begin,
+                      c[5] + begin, c[6] + begin, c[7] + begin},
+                     draws.x + begin,
+                     draws.y + begin,
+                     draws.z + begin,
+                     end - begin},
+                    mShape, blobs);
+}
+
+TextureColor BlobsElement3D::colourOf(double sum) const {
+    return blendColors(mColorA, mColorB, static_cast<float>(std::min(1.0, sum)));
 }
 
 TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
@@ -64,74 +139,71 @@ TextureColor BlobsElement3D::getValue(double x, double y, double z) const {
     const std::int32_t fx = floorToInt32(X);
     const std::int32_t fy = floorToInt32(Y);
     const std::int32_t fz = floorToInt32(Z);
-    const std::uint32_t s = mSeed;
-    const auto p = [this](std::uint32_t i) {
-        return static_cast<std::uint32_t>(mPermutation[i & 255u]);
-    };
-
-    // A blob's centre, radius and presence come from its cell wrapped into the period; its
-    // position stays that of the cell itself. The x cells are wrapped once, not per (y, z).
-    std::uint32_t wrappedX[5];
-    for (std::int32_t i = -mReach; i <= mReach; ++i)
-        wrappedX[i + mReach] = static_cast<std::uint32_t>(mLattice.wrap(0, wrapAdd(fx, i)));
+    // The block's slabs in a row, then summed in the order a point visits them: z outermost,
+    // x innermost.
+    const auto side = static_cast<std::size_t>(2 * mReach + 1);
+    const std::size_t slabSize = side * side;
+    BlobDraws draws;
+    for (std::size_t i = 0; i < side; ++i)
+        drawSlab(wrapAdd(fx, static_cast<std::int32_t>(i) - mReach), fy, fz, draws, i * slabSize);
+    constexpr std::size_t kMaxBlock = kMaxSide * kMaxSide * kMaxSide;
+    double blobX[kMaxBlock], blobY[kMaxBlock], blobZ[kMaxBlock];
+    double radius[kMaxBlock], radius2[kMaxBlock];
+    makeBlobs(draws, 0, side * slabSize, {blobX, blobY, blobZ, radius, radius2});
     double sum = 0.0;
-    for (std::int32_t k = -mReach; k <= mReach; ++k) {
-        const std::int32_t cz = wrapAdd(fz, k);
-        const auto uz = static_cast<std::uint32_t>(mLattice.wrap(2, cz));
-        for (std::int32_t j = -mReach; j <= mReach; ++j) {
-            const std::int32_t cy = wrapAdd(fy, j);
-            const auto uy = static_cast<std::uint32_t>(mLattice.wrap(1, cy));
-            for (std::int32_t i = -mReach; i <= mReach; ++i) {
-                const std::int32_t cx = wrapAdd(fx, i);
-                const std::uint32_t ux = wrappedX[i + mReach];
-
-                const std::uint32_t a0 = p(ux + s) + s;
-                const std::uint32_t a1 = p(ux + s + 1u) + s;
-                const std::uint32_t b00 = p(a0 + uy) + s;
-                const std::uint32_t b10 = p(a1 + uy) + s;
-                const std::uint32_t b01 = p(a0 + uy + 1u) + s;
-                const std::uint32_t b11 = p(a1 + uy + 1u) + s;
-                const std::uint32_t h000 = p(b00 + uz);
-                const std::uint32_t h100 = p(b10 + uz);
-                const std::uint32_t h010 = p(b01 + uz);
-                const std::uint32_t h110 = p(b11 + uz);
-                const std::uint32_t h001 = p(b00 + uz + 1u);
-                const std::uint32_t h101 = p(b10 + uz + 1u);
-                const std::uint32_t h011 = p(b01 + uz + 1u);
-                const std::uint32_t h111 = p(b11 + uz + 1u);
-
-                const std::uint32_t presence = (h101 & m[3]) + (h011 & m[4]) + (h111 & m[2]) +
-                                               (h001 & m[5]) + (h110 & m[6]) + (h010 & m[0]) +
-                                               (h100 & m[1]) + (h000 & m[7]);
-                if (static_cast<std::int32_t>(presence) >= mDensityThreshold)
-                    continue;
-
-                const std::uint32_t qx =
-                    (((h111 & m[8]) + (h101 & m[9]) + (h110 & m[11]) + (h100 & m[10])) & m[21]) +
-                    (((h000 & m[8]) + (h011 & m[11]) + (h001 & m[10]) + (h010 & m[9])) & m[20]);
-                const std::uint32_t qy =
-                    (((h111 & m[12]) + (h011 & m[13]) + (h110 & m[15]) + (h010 & m[14])) & m[23]) +
-                    (((h101 & m[15]) + (h001 & m[14]) + (h100 & m[13]) + (h000 & m[12])) & m[22]);
-                const std::uint32_t qz =
-                    (((h101 & m[19]) + (h111 & m[16]) + (h011 & m[17]) + (h001 & m[18])) & m[25]) +
-                    (((h110 & m[19]) + (h010 & m[18]) + (h100 & m[17]) + (h000 & m[16])) & m[24]);
-                const std::uint32_t qr = (h111 & m[3]) + (h011 & m[5]) + (h101 & m[4]) +
-                                         (h001 & m[1]) + (h110 & m[0]) + (h010 & m[2]) +
-                                         (h100 & m[7]) + (h000 & m[6]);
-
-                const double dx = cx + qx * kInverse255 - X;
-                const double dy = cy + qy * kInverse255 - Y;
-                const double dz = cz + qz * kInverse255 - Z;
-                const double radius = qr * kInverse255 * mSpread + mMinRadius;
-                const double d2 = dx * dx + dy * dy + dz * dz;
-                if (radius * radius > d2) {
-                    const double r = std::sqrt(d2) / radius;
-                    sum += 1.0 - quintic(r);
-                }
-            }
+    for (std::size_t kj = 0; kj < slabSize; ++kj) {
+        for (std::size_t n = kj; n < side * slabSize; n += slabSize) {
+            const double dx = blobX[n] - X;
+            const double dy = blobY[n] - Y;
+            const double dz = blobZ[n] - Z;
+            const double d2 = dx * dx + dy * dy + dz * dz;
+            if (radius2[n] > d2)
+                sum += 1.0 - quintic(std::sqrt(d2) / radius[n]);
         }
     }
-    return blendColors(mColorA, mColorB, static_cast<float>(std::min(1.0, sum)));
+    return colourOf(sum);
+}
+
+void BlobsElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    double x[kRunLength], y[kRunLength], z[kRunLength];
+    std::int32_t cellX[kRunLength], cellY[kRunLength], cellZ[kRunLength];
+    for (std::size_t i = 0; i < points.count; ++i) {
+        x[i] = points.x[i] * mLattice.frequency(0);
+        y[i] = points.yAt(i) * mLattice.frequency(1);
+        z[i] = points.zAt(i) * mLattice.frequency(2);
+        cellX[i] = floorToInt32(x[i]);
+        cellY[i] = floorToInt32(y[i]);
+        cellZ[i] = floorToInt32(z[i]);
+    }
+    const auto side = static_cast<std::size_t>(2 * mReach + 1);
+    // Blob centres x, y and z, radii and squared radii of the blocks of 28 neighbouring cells
+    // at once with large interaction, of 86 without (about 31 KiB).
+    CellSlabs<5, kSlabCells> slabs(side * side, side);
+    std::int32_t firstSlab[kRunLength];
+    // A slab's cells are drawn as it joins the list; the blobs of all new slabs are made
+    // together, several cells per instruction, when the points' sums are due (and so before
+    // the list drops any slab).
+    BlobDraws draws;
+    const auto appendSlab = [&](std::int32_t cx, std::int32_t iy, std::int32_t iz) {
+        drawSlab(cx, iy, iz, draws, slabs.count() * slabs.slabSize());
+        slabs.addSlab();
+    };
+    // The blobs are summed several points at a time, whatever cells the points lie in.
+    const auto evaluate = [&](std::size_t begin, std::size_t end) {
+        const std::size_t from = slabs.firstPending() * slabs.slabSize();
+        makeBlobs(draws, from, slabs.count() * slabs.slabSize(),
+                  {slabs.column(0) + from, slabs.column(1) + from, slabs.column(2) + from,
+                   slabs.column(3) + from, slabs.column(4) + from});
+        slabs.markWorkedOut();
+        double sum[kRunLength];
+        simd::sumBlobs({slabs.column(0), slabs.column(1), slabs.column(2), slabs.column(3),
+                        slabs.column(4), slabs.slabSize(), slabs.blockSlabs()},
+                       {x + begin, y + begin, z + begin, firstSlab + begin, end - begin}, sum);
+        for (std::size_t p = begin; p < end; ++p)
+            out[p] = colourOf(sum[p - begin]);
+    };
+    walkBlockSlabs({cellX, cellY, cellZ, points.count}, mReach, slabs, firstSlab, appendSlab,
+                   evaluate);
 }
 
 }  // namespace noisepp

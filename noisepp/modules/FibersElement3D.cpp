@@ -7,6 +7,7 @@
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/math/NoiseTables.h"
 #include "noisepp/modules/CellIndex.h"
+#include "noisepp/modules/CellSlabs.h"
 
 namespace noisepp {
 
@@ -85,37 +86,45 @@ void FibersElement3D::Stack::push(const Cover& cover) {
     covers[position] = cover;
 }
 
-TextureColor FibersElement3D::getValue(double x, double y, double z) const {
-    const double px = x * mScale[0];
-    const double py = y * mScale[1];
-    const double pz = z * mScale[2];
-    const double cellLength = mLayout.cellLength();
+FibersElement3D::Place FibersElement3D::placeOf(double x, double y, double z) const {
+    Place place;
+    place.x = x * mScale[0];
+    place.y = y * mScale[1];
+    place.z = z * mScale[2];
     const double thickness = mLayout.layerThickness();
-    const std::int32_t ci = floorToInt32(px / cellLength);
-    const std::int32_t cj = floorToInt32(py);
-    const std::int32_t ck = floorToInt32(pz / thickness);
+    place.cellX = floorToInt32(place.x / mLayout.cellLength());
+    place.cellY = floorToInt32(place.y);
+    const std::int32_t ck = floorToInt32(place.z / thickness);
     // No fibre reaches more than half a layer beyond its own, so only the layer above or the
     // one below can matter besides the point's own.
-    const bool lowerHalf = pz - ck * thickness < 0.5 * thickness;
-    const std::int32_t firstLayer = lowerHalf ? wrapAdd(ck, -1) : ck;
+    const bool lowerHalf = place.z - ck * thickness < 0.5 * thickness;
+    place.firstLayer = lowerHalf ? wrapAdd(ck, -1) : ck;
+    return place;
+}
+
+template <class PatternAt, class BucketXAt, class BucketYAt>
+FibersElement3D::Stack FibersElement3D::coversOf(const Place& place, PatternAt&& patternAt,
+                                                 BucketXAt&& bucketXAt,
+                                                 BucketYAt&& bucketYAt) const {
+    const double cellLength = mLayout.cellLength();
+    const double thickness = mLayout.layerThickness();
     const std::int32_t reachX = mLayout.reachX();
     const std::int32_t reachY = mLayout.reachY();
-
     Stack stack;
     for (std::int32_t layer = 0; layer < 2; ++layer) {
-        const std::int32_t k = wrapAdd(firstLayer, layer);
+        const std::int32_t k = wrapAdd(place.firstLayer, layer);
         const double base = k * thickness;
-        const double lz = pz - base;
+        const double lz = place.z - base;
         for (std::int32_t dj = -reachY; dj <= reachY; ++dj) {
-            const std::int32_t j = wrapAdd(cj, dj);
-            const double ly = py - j;
+            const std::int32_t j = wrapAdd(place.cellY, dj);
+            const double ly = place.y - j;
+            const std::int32_t bucketY = bucketYAt(dj, ly);
             for (std::int32_t di = -reachX; di <= reachX; ++di) {
-                const std::int32_t i = wrapAdd(ci, di);
-                const double lx = px - i * cellLength;
-                // The layout of a cell comes from the cell wrapped into the period.
-                const std::uint32_t pattern =
-                    patternOf(mCells.wrap(0, i), mCells.wrap(1, j), mCells.wrap(2, k));
-                for (const std::uint32_t index : mLayout.candidates(pattern, lx, ly)) {
+                const std::int32_t i = wrapAdd(place.cellX, di);
+                const double lx = place.x - i * cellLength;
+                const std::uint32_t pattern = patternAt(BlockCell{layer, dj, di, i, j, k});
+                for (const std::uint32_t index :
+                     mLayout.candidates(pattern, bucketXAt(di, lx), bucketY)) {
                     const FibreLayout::Fibre& fibre = mLayout.fibre(index);
                     const double dz = lz - fibre.z;
                     if (!(std::abs(dz) < fibre.radius))
@@ -127,22 +136,115 @@ TextureColor FibersElement3D::getValue(double x, double y, double z) const {
             }
         }
     }
+    return stack;
+}
 
-    // Start from the highest fibre that hides everything below it; the matrix (which may be a
-    // whole texture) is evaluated only when no fibre does.
+int FibersElement3D::hidingFibre(const Stack& stack) {
     int first = stack.count - 1;
     while (first >= 0 && stack.covers[first].coverage < 1.0)
         --first;
-    TextureColor colour;
-    if (first >= 0) {
-        colour = fibreColour(stack.covers[first].fibre);
-    } else {
-        colour = mMatrix != nullptr ? mMatrix->getValue(x, y, z) : mColorMatrix;
-    }
+    return first;
+}
+
+TextureColor FibersElement3D::colourOf(const Stack& stack, int first,
+                                       const TextureColor& below) const {
+    TextureColor colour = first >= 0 ? fibreColour(stack.covers[first].fibre) : below;
     for (int s = first + 1; s < stack.count; ++s)
         colour = blendColors(colour, fibreColour(stack.covers[s].fibre),
                              static_cast<float>(stack.covers[s].coverage));
     return colour;
+}
+
+TextureColor FibersElement3D::getValue(double x, double y, double z) const {
+    const Place place = placeOf(x, y, z);
+    const Stack stack = coversOf(
+        place, [this](const BlockCell& cell) { return cellPattern(cell.i, cell.j, cell.k); },
+        [this](std::int32_t, double lx) { return mLayout.bucketX(lx); },
+        [this](std::int32_t, double ly) { return mLayout.bucketY(ly); });
+    // The matrix (which may be a whole texture) is evaluated only when no fibre hides it.
+    const int first = hidingFibre(stack);
+    if (first < 0 && mMatrix != nullptr)
+        return colourOf(stack, first, mMatrix->getValue(x, y, z));
+    return colourOf(stack, first, mColorMatrix);
+}
+
+void FibersElement3D::evaluateRun(const PointRun& points, TextureColor* out) const {
+    const std::int32_t reachX = mLayout.reachX();
+    const std::int32_t reachY = mLayout.reachY();
+    if (reachX > kRunReachX || reachY > kRunReachY) {
+        PipelineElement3D::evaluateRun(points, out);
+        return;
+    }
+    Place place[kRunLength];
+    std::int32_t cellX[kRunLength], cellY[kRunLength], cellZ[kRunLength];
+    for (std::size_t p = 0; p < points.count; ++p) {
+        place[p] = placeOf(points.x[p], points.yAt(p), points.zAt(p));
+        cellX[p] = place[p].cellX;
+        cellY[p] = place[p].cellY;
+        cellZ[p] = place[p].firstLayer;
+    }
+    // A slab holds the patterns of one x of a block, both layers, rows within each.
+    const auto rows = static_cast<std::size_t>(2 * reachY + 1);
+    const std::size_t slabSize = 2 * rows;
+    CellSlabs<1, kRunPatterns, std::uint32_t> slabs(slabSize,
+                                                    static_cast<std::size_t>(2 * reachX + 1));
+    std::int32_t firstSlab[kRunLength];
+    Stack stacks[kRunLength];
+    const auto appendSlab = [&](std::int32_t cx, std::int32_t cj, std::int32_t firstLayer) {
+        std::uint32_t* patterns = slabs.nextSlab(0);
+        for (std::int32_t layer = 0; layer < 2; ++layer)
+            for (std::int32_t dj = -reachY; dj <= reachY; ++dj)
+                *patterns++ = cellPattern(cx, wrapAdd(cj, dj), wrapAdd(firstLayer, layer));
+        slabs.addSlab();
+    };
+    // Per point, the bucket columns and rows of its block: each is shared by a whole column or
+    // row of cells.
+    const auto evaluate = [&](std::size_t begin, std::size_t end) {
+        const double cellLength = mLayout.cellLength();
+        for (std::size_t p = begin; p < end; ++p) {
+            const Place& at = place[p];
+            std::int32_t bucketX[2 * kRunReachX + 1], bucketY[2 * kRunReachY + 1];
+            for (std::int32_t di = -reachX; di <= reachX; ++di)
+                bucketX[di + reachX] = mLayout.bucketX(at.x - wrapAdd(at.cellX, di) * cellLength);
+            for (std::int32_t dj = -reachY; dj <= reachY; ++dj)
+                bucketY[dj + reachY] = mLayout.bucketY(at.y - wrapAdd(at.cellY, dj));
+            const std::uint32_t* block = slabs.column(0) + firstSlab[p] * slabSize;
+            const Stack stack = coversOf(
+                at,
+                [&](const BlockCell& cell) {
+                    return block[(cell.column + reachX) * slabSize + cell.layer * rows +
+                                 (cell.row + reachY)];
+                },
+                [&](std::int32_t di, double) { return bucketX[di + reachX]; },
+                [&](std::int32_t dj, double) { return bucketY[dj + reachY]; });
+            if (mMatrix == nullptr)
+                out[p] = colourOf(stack, hidingFibre(stack), mColorMatrix);
+            else
+                stacks[p] = stack;
+        }
+    };
+    walkBlockSlabs({cellX, cellY, cellZ, points.count}, reachX, slabs, firstSlab, appendSlab,
+                   evaluate);
+    if (mMatrix == nullptr)
+        return;
+
+    // The matrix (which may be a whole texture) is evaluated only where no fibre hides it, for
+    // all those points of the run at once.
+    int first[kRunLength];
+    bool showsMatrix[kRunLength];
+    for (std::size_t p = 0; p < points.count; ++p) {
+        first[p] = hidingFibre(stacks[p]);
+        showsMatrix[p] = first[p] < 0;
+    }
+    TextureColor below[kRunLength];
+    mMatrix->getRunValuesWhere(points, showsMatrix, below);
+    for (std::size_t p = 0; p < points.count; ++p)
+        out[p] = colourOf(stacks[p], first[p], below[p]);
+}
+
+std::uint32_t FibersElement3D::cellPattern(std::int32_t i, std::int32_t j, std::int32_t k) const {
+    // The layout of a cell comes from the cell wrapped into the period.
+    return patternOf(mCells.wrap(0, i), mCells.wrap(1, j), mCells.wrap(2, k));
 }
 
 std::uint32_t FibersElement3D::patternOf(std::int32_t i, std::int32_t j, std::int32_t k) const {

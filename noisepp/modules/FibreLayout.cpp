@@ -184,18 +184,7 @@ void FibreLayout::buildBuckets(const std::vector<Extent>& extents) {
 }
 
 std::uint32_t FibreLayout::bucketOf(double localX, double localY) const {
-    const std::int32_t bx = std::clamp(
-        floorToInt32((localX + mReachX * mCellLength) * mBucketScaleX), 0, mBucketsX - 1);
-    const std::int32_t by =
-        std::clamp(floorToInt32((localY + mReachY) * mBucketScaleY), 0, mBucketsY - 1);
-    return static_cast<std::uint32_t>(by * mBucketsX + bx);
-}
-
-std::span<const std::uint32_t> FibreLayout::candidates(std::uint32_t pattern, double localX,
-                                                       double localY) const {
-    const std::size_t b =
-        pattern * static_cast<std::size_t>(mBucketsX) * mBucketsY + bucketOf(localX, localY);
-    return {mBucketFibres.data() + mBucketStart[b], mBucketFibres.data() + mBucketStart[b + 1]};
+    return static_cast<std::uint32_t>(bucketY(localY) * mBucketsX + bucketX(localX));
 }
 
 }  // namespace noisepp

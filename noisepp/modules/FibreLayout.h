@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
+
+#include "noisepp/modules/CellIndex.h"
 
 namespace noisepp {
 
@@ -64,10 +67,24 @@ public:
     std::int32_t reachX() const { return mReachX; }
     std::int32_t reachY() const { return mReachY; }
 
-    /// Indices of the fibres of `pattern` that may cover the point (localX, localY) relative to
-    /// the corner of a cell with that pattern; any point may be asked.
-    std::span<const std::uint32_t> candidates(std::uint32_t pattern, double localX,
-                                              double localY) const;
+    /// The bucket column and row of the point (localX, localY) relative to the corner of a
+    /// cell; any point may be asked. Each depends on one coordinate only, so points and cells
+    /// that share it share the result.
+    std::int32_t bucketX(double localX) const {
+        return std::clamp(floorToInt32((localX + mReachX * mCellLength) * mBucketScaleX), 0,
+                          mBucketsX - 1);
+    }
+    std::int32_t bucketY(double localY) const {
+        return std::clamp(floorToInt32((localY + mReachY) * mBucketScaleY), 0, mBucketsY - 1);
+    }
+    /// Indices of the fibres of `pattern` that may cover the points of bucket (bucketX, bucketY)
+    /// of a cell with that pattern.
+    std::span<const std::uint32_t> candidates(std::uint32_t pattern, std::int32_t bucketX,
+                                              std::int32_t bucketY) const {
+        const std::size_t b = pattern * static_cast<std::size_t>(mBucketsX) * mBucketsY +
+                              static_cast<std::size_t>(bucketY * mBucketsX + bucketX);
+        return {mBucketFibres.data() + mBucketStart[b], mBucketFibres.data() + mBucketStart[b + 1]};
+    }
     const Fibre& fibre(std::uint32_t index) const { return mFibres[index]; }
     /// Full length of a fibre, decoded from its 16-bit length.
     double length(std::uint32_t index) const { return mLengths[index] * mLengthUnit; }

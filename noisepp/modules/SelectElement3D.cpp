@@ -12,37 +12,6 @@ float edgeWeight(double t) {
     return static_cast<float>((3.0 - 2.0 * t) * (t * t));
 }
 
-/// Evaluates `source` at the points of `points` that are `wanted`, into colours[i] for those
-/// i; the others are left as they are. A subset of a row is still a row.
-void sampleWhere(const PipelineElement3D& source, const PointRun& points, const bool* wanted,
-                 TextureColor* colours) {
-    constexpr std::size_t kRun = PipelineElement3D::kRunLength;
-    std::size_t index[kRun];
-    std::size_t m = 0;
-    for (std::size_t i = 0; i < points.count; ++i) {
-        if (wanted[i])
-            index[m++] = i;
-    }
-    if (m == points.count) {
-        source.getRunValues(points, colours);
-        return;
-    }
-    if (m == 0)
-        return;
-    double x[kRun], y[kRun], z[kRun];
-    TextureColor picked[kRun];
-    for (std::size_t k = 0; k < m; ++k) {
-        x[k] = points.x[index[k]];
-        y[k] = points.yAt(index[k]);
-        z[k] = points.zAt(index[k]);
-    }
-    source.getRunValues(points.isRow() ? PointRun::row(x, points.rowY, points.rowZ, m)
-                                       : PointRun::points(x, y, z, m),
-                        picked);
-    for (std::size_t k = 0; k < m; ++k)
-        colours[index[k]] = picked[k];
-}
-
 }  // namespace
 
 SelectElement3D::SelectElement3D(const Pipeline3D& pipeline, std::size_t source0,
@@ -94,8 +63,8 @@ void SelectElement3D::evaluateRun(const PointRun& points, TextureColor* out) con
         wants0[i] = choices[i].rule != Choice::kSource1;
         wants1[i] = choices[i].rule != Choice::kSource0;
     }
-    sampleWhere(*mSource0, points, wants0, out);
-    sampleWhere(*mSource1, points, wants1, colours);
+    mSource0->getRunValuesWhere(points, wants0, out);
+    mSource1->getRunValuesWhere(points, wants1, colours);
     for (std::size_t i = 0; i < n; ++i) {
         switch (choices[i].rule) {
             case Choice::kSource0:

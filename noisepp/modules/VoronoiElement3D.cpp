@@ -7,6 +7,7 @@
 #include "noisepp/math/ColorBlend.h"
 #include "noisepp/modules/CellIndex.h"
 #include "noisepp/modules/CellRandom.h"
+#include "noisepp/modules/CellSlabs.h"
 #include "noisepp/simd/NearestFeatureKernel.h"
 
 namespace noisepp {
@@ -84,67 +85,43 @@ void forEachFeaturePoint(std::int32_t ix, std::int32_t iy, std::int32_t iz, std:
 
 constexpr std::size_t kSlabSize = kBlock * kBlock;
 
-/// The feature slabs of a stretch of cells along x, the current block always the last kBlock
-/// slabs. Stepping into the next cell along x appends one slab instead of a whole block.
-class SlabList {
-public:
-    /// Enough for the blocks of 28 neighbouring cells at once (about 19 KiB).
-    static constexpr std::size_t kCapacity = 32;
+/// Feature points x, y and z of the blocks of 28 neighbouring cells at once (about 19 KiB).
+using FeatureSlabList = CellSlabs<3, 32 * kSlabSize>;
 
-    SlabList(std::int32_t seed, double bias, const PeriodicLattice& lattice)
-        : mSeed(seed), mBias(bias), mLattice(lattice) {}
-
-    std::size_t count() const { return mCount; }
-    bool hasRoomFor(std::size_t slabs) const { return mCount + slabs <= kCapacity; }
-
-    void append(std::int32_t cx, std::int32_t iy, std::int32_t iz) {
-        std::int32_t cellX[kSlabSize], cellY[kSlabSize], cellZ[kSlabSize];
-        std::size_t n = 0;
+/// Adds the feature points of the slab of x cell cx of the blocks around (., iy, iz), several
+/// cells at a time.
+void appendFeatureSlab(FeatureSlabList& slabs, std::int32_t cx, std::int32_t iy, std::int32_t iz,
+                       std::int32_t seed, double bias, const PeriodicLattice& lattice) {
+    std::int32_t cellX[kSlabSize], cellY[kSlabSize], cellZ[kSlabSize];
+    std::size_t n = 0;
+    for (int j = -kReach; j <= kReach; ++j) {
+        for (int k = -kReach; k <= kReach; ++k, ++n) {
+            cellX[n] = lattice.wrap(0, cx);
+            cellY[n] = lattice.wrap(1, wrapAdd(iy, j));
+            cellZ[n] = lattice.wrap(2, wrapAdd(iz, k));
+        }
+    }
+    double* x = slabs.nextSlab(0);
+    double* y = slabs.nextSlab(1);
+    double* z = slabs.nextSlab(2);
+    simd::makeFeaturePoints(cellX, cellY, cellZ, kSlabSize, seed, bias, x, y, z);
+    if (lattice.isPeriodic()) {
+        // Back from the wrapped cells to the block's own, as the one-point path does.
+        n = 0;
         for (int j = -kReach; j <= kReach; ++j) {
             for (int k = -kReach; k <= kReach; ++k, ++n) {
-                cellX[n] = mLattice.wrap(0, cx);
-                cellY[n] = mLattice.wrap(1, wrapAdd(iy, j));
-                cellZ[n] = mLattice.wrap(2, wrapAdd(iz, k));
+                x[n] = x[n] + wrapAdd(cx, -cellX[n]);
+                y[n] = y[n] + wrapAdd(wrapAdd(iy, j), -cellY[n]);
+                z[n] = z[n] + wrapAdd(wrapAdd(iz, k), -cellZ[n]);
             }
         }
-        const std::size_t at = mCount * kSlabSize;
-        simd::makeFeaturePoints(cellX, cellY, cellZ, kSlabSize, mSeed, mBias, mX + at, mY + at,
-                                mZ + at);
-        if (mLattice.isPeriodic()) {
-            // Back from the wrapped cells to the block's own, as the one-point path does.
-            n = 0;
-            for (int j = -kReach; j <= kReach; ++j) {
-                for (int k = -kReach; k <= kReach; ++k, ++n) {
-                    mX[at + n] = mX[at + n] + wrapAdd(cx, -cellX[n]);
-                    mY[at + n] = mY[at + n] + wrapAdd(wrapAdd(iy, j), -cellY[n]);
-                    mZ[at + n] = mZ[at + n] + wrapAdd(wrapAdd(iz, k), -cellZ[n]);
-                }
-            }
-        }
-        ++mCount;
     }
+    slabs.addSlab();
+}
 
-    /// Drops all but the last `slabs` slabs, which move to the front.
-    void keepLast(std::size_t slabs) {
-        const std::size_t from = (mCount - slabs) * kSlabSize;
-        const std::size_t to = mCount * kSlabSize;
-        std::copy(mX + from, mX + to, mX);
-        std::copy(mY + from, mY + to, mY);
-        std::copy(mZ + from, mZ + to, mZ);
-        mCount = slabs;
-    }
-
-    simd::FeatureSlabs view() const { return {mX, mY, mZ, kSlabSize, kBlock}; }
-
-private:
-    std::int32_t mSeed;
-    double mBias;
-    const PeriodicLattice& mLattice;
-    std::size_t mCount = 0;
-    double mX[kCapacity * kSlabSize];
-    double mY[kCapacity * kSlabSize];
-    double mZ[kCapacity * kSlabSize];
-};
+simd::FeatureSlabs viewOf(const FeatureSlabList& slabs) {
+    return {slabs.column(0), slabs.column(1), slabs.column(2), kSlabSize, kBlock};
+}
 
 }  // namespace
 
@@ -201,63 +178,40 @@ void VoronoiElement3D::evaluateRun(const PointRun& points, TextureColor* out) co
         y[i] = points.yAt(i) * f.frequency(1);
         z[i] = points.zAt(i) * f.frequency(2);
     }
+    std::int32_t cellX[kRunLength], cellY[kRunLength], cellZ[kRunLength];
+    for (std::size_t i = 0; i < points.count; ++i) {
+        cellX[i] = latticeCellOf(x[i]);
+        cellY[i] = latticeCellOf(y[i]);
+        cellZ[i] = latticeCellOf(z[i]);
+    }
     double nearest[kRunLength], second[kRunLength];
     double pointX[kRunLength], pointY[kRunLength], pointZ[kRunLength];
     std::int32_t firstSlab[kRunLength];
-    SlabList slabs(mSettings.seed, mSettings.bias, mSettings.lattice);
-    // Points [done, i) have their blocks in `slabs`; their nearest features are found several
-    // points at a time, whatever cells they lie in.
-    std::size_t done = 0;
-    const auto evaluateUpTo = [&](std::size_t end) {
-        const simd::SearchPoints search{x + done, y + done, z + done, firstSlab + done, end - done};
+    FeatureSlabList slabs(kSlabSize, kBlock);
+    // The nearest features are found several points at a time, whatever cells they lie in.
+    const auto evaluate = [&](std::size_t begin, std::size_t end) {
+        const simd::SearchPoints search{x + begin, y + begin, z + begin, firstSlab + begin,
+                                        end - begin};
         if (mSettings.shape >= kShapeEdges) {
-            simd::findBorderDistances(slabs.view(), search, nearest + done);
+            simd::findBorderDistances(viewOf(slabs), search, nearest + begin);
             // Used as it is: edge distances above 1 extrapolate past colour B on purpose.
-            for (std::size_t i = done; i < end; ++i)
+            for (std::size_t i = begin; i < end; ++i)
                 out[i] = blendColors(mSettings.ramp.colorA, mSettings.ramp.colorB,
                                      static_cast<float>(nearest[i]));
         } else {
             simd::findNearestFeatures(
-                slabs.view(), search,
-                {nearest + done, second + done, pointX + done, pointY + done, pointZ + done});
-            for (std::size_t i = done; i < end; ++i)
+                viewOf(slabs), search,
+                {nearest + begin, second + begin, pointX + begin, pointY + begin, pointZ + begin});
+            for (std::size_t i = begin; i < end; ++i)
                 out[i] = shade(nearest[i], second[i], pointX[i], pointY[i], pointZ[i]);
         }
-        done = end;
     };
-    std::int32_t blockX = 0, blockY = 0, blockZ = 0;
-    std::int32_t blockFirst = -1;
-    for (std::size_t i = 0; i < points.count; ++i) {
-        const std::int32_t ix = latticeCellOf(x[i]);
-        const std::int32_t iy = latticeCellOf(y[i]);
-        const std::int32_t iz = latticeCellOf(z[i]);
-        const bool sameLine = blockFirst >= 0 && iy == blockY && iz == blockZ;
-        if (sameLine && ix == blockX) {
-            firstSlab[i] = blockFirst;
-            continue;
-        }
-        if (sameLine && ix == wrapAdd(blockX, 1)) {
-            // Four fifths of the next block are the current one's: slide it by one slab.
-            if (!slabs.hasRoomFor(1)) {
-                evaluateUpTo(i);
-                slabs.keepLast(kBlock - 1);
-            }
-            slabs.append(wrapAdd(ix, kReach), iy, iz);
-        } else {
-            if (!slabs.hasRoomFor(kBlock)) {
-                evaluateUpTo(i);
-                slabs.keepLast(0);
-            }
-            for (int s = -kReach; s <= kReach; ++s)
-                slabs.append(wrapAdd(ix, s), iy, iz);
-        }
-        blockX = ix;
-        blockY = iy;
-        blockZ = iz;
-        blockFirst = static_cast<std::int32_t>(slabs.count() - kBlock);
-        firstSlab[i] = blockFirst;
-    }
-    evaluateUpTo(points.count);
+    walkBlockSlabs(
+        {cellX, cellY, cellZ, points.count}, kReach, slabs, firstSlab,
+        [&](std::int32_t cx, std::int32_t iy, std::int32_t iz) {
+            appendFeatureSlab(slabs, cx, iy, iz, mSettings.seed, mSettings.bias, mSettings.lattice);
+        },
+        evaluate);
 }
 
 TextureColor VoronoiElement3D::edgeDistance(double x, double y, double z) const {

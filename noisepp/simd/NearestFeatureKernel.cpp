@@ -11,6 +11,7 @@
 
 #include "hwy/highway.h"
 #include "noisepp/simd/NearestFeatureKernel.h"
+#include "noisepp/simd/SlabLanes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace noisepp::simd {
@@ -102,27 +103,6 @@ double borderOfOnePoint(const Block& block, double x, double y, double z) {
         }
     }
     return t;
-}
-
-/// The lanes of one vector of points: their coordinates and the slabs their blocks span.
-struct Lanes {
-    V x, y, z;
-    /// Each lane's first slab (whole numbers, exact in double).
-    V firstSlab;
-    std::int32_t lowestSlab;
-    std::int32_t highestSlab;
-};
-
-Lanes loadLanes(D d, const SearchPoints& points, std::size_t i) {
-    const hn::Rebind<std::int32_t, D> di;
-    const std::int32_t* first = points.firstSlab + i;
-    const auto [lowest, highest] = std::minmax_element(first, first + hn::Lanes(d));
-    return {hn::LoadU(d, points.x + i),
-            hn::LoadU(d, points.y + i),
-            hn::LoadU(d, points.z + i),
-            hn::PromoteTo(d, hn::LoadU(di, first)),
-            *lowest,
-            *highest};
 }
 
 /// Calls visit(fx, fy, fz, active) for every feature point of the slabs the lanes' blocks

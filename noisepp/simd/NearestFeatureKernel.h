@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "noisepp/simd/SlabSearch.h"
+
 namespace noisepp::simd {
 
 /// Feature points stored slab after slab: a slab holds `slabSize` points in visiting order, and
@@ -28,15 +30,6 @@ struct FeatureSlabs {
 void makeFeaturePoints(const std::int32_t* cx, const std::int32_t* cy, const std::int32_t* cz,
                        std::size_t count, std::int32_t seed, double bias, double* x, double* y,
                        double* z);
-
-/// Points to search: (x[i], y[i], z[i]) searches the block starting at slab firstSlab[i].
-struct SearchPoints {
-    const double* x = nullptr;
-    const double* y = nullptr;
-    const double* z = nullptr;
-    const std::int32_t* firstSlab = nullptr;
-    std::size_t count = 0;
-};
 
 /// Per point i: the squared distances to the nearest and second-nearest feature point of its
 /// block and the nearest feature point itself, exactly as visiting the block in order would

@@ -98,7 +98,8 @@ constexpr double kFold = 1073741824.0;
 
 /// Points where runs and single points part most easily, for a generator of `frequency`: signed
 /// zeros, whole and half lattice coordinates (ties between cells), far points at and beyond the
-/// folding limit, infinities and NaN in one coordinate and in all.
+/// folding limit, infinities and NaN in one coordinate and in all, cells that neighbour the last
+/// one worked out along x but not in y.
 void addEdgePoints(PointSet& points, double frequency) {
     for (double v : {0.0, -0.0, 1.0, -1.0, -3.0, 2.0, 0.5, -0.5, -2.5})
         points.add(v / frequency, v / frequency, -v / frequency);
@@ -109,6 +110,11 @@ void addEdgePoints(PointSet& points, double frequency) {
         points.add(odd, 0.5, 0.5), points.add(0.5, odd, 0.5), points.add(0.5, 0.5, odd);
         points.add(odd, odd, odd);
     }
+    // Three cells apart along x, the row or the layer changing in turn: a block starts next to
+    // the last x slab worked out, which belongs to another row or layer.
+    for (int k = 0; k < 64; ++k)
+        points.add((3.0 * k + 0.02) / frequency, ((k + 1) / 2 % 2 + 0.5) / frequency,
+                   (k / 2 % 2 + 0.5) / frequency);
 }
 
 void expectModuleRunsMatchPoints(const Module& module, std::mt19937& random) {
