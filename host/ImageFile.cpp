@@ -14,7 +14,6 @@
 #include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
-#include "host/ImageStreamWriter.h"
 
 namespace {
 
@@ -141,11 +140,7 @@ bool Image::WriteFile(const std::string& path, const FileLayout& layout, std::st
     std::string why;
     if (!FileEncoding::Resolve(format, output->supports("alpha"), resolved, &encoding, &why))
         return fail(error, where + why);
-    OIIO::ImageSpec spec = encoding.Spec(mSizeX, mSizeY);
-    if (format == "png") {
-        spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
-        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
-    }
+    const OIIO::ImageSpec spec = encoding.Spec(mSizeX, mSizeY);
 
     // Top row first, each pixel as the file stores it.
     const Image* source = this;

@@ -4,7 +4,6 @@
 #include <OpenImageIO/imageio.h>
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -51,9 +50,8 @@ The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so n
 const std::pair<const char*, std::vector<const char*>> kRenderOptionGroups[] = {
     {"What to render, and where", {"-o", "--node", "--all", "-O", "--tileable"}},
     {"Changing the document", {"--set", "--sweep"}},
-    {"File format", {"--bits", "--channels"}},
-    {"Large images and tiles",
-     {"--size", "--tile-size", "--tiles", "--tile", "--compression", "--max-size"}},
+    {"File format", {"--bits", "--channels", "--compression"}},
+    {"Large images and tiles", {"--size", "--tile-size", "--tiles", "--tile", "--max-size"}},
     {"Running and reporting", {"--threads", "--keep-going", "--json", "-q", "-v"}},
 };
 const std::pair<const char*, const char*> kRenderValueNames[] = {
@@ -92,6 +90,9 @@ Files (format by extension: .png, .tif/.tiff, .exr; names may hold {doc}, {node}
   texture render scene.texture.json -o height.png --bits 16 --channels L   16-bit grey heightmap
   texture render scene.texture.json -o height.exr --bits 16 --channels L   one half-float channel
   texture render scene.texture.json -o colour.tif --channels RGB
+  texture render scene.texture.json -o final.exr --compression small    smallest, slowest
+  Compression never changes pixels: none writes fastest and largest, fast (the default) about
+  as quick as the render, small the smallest file at several times the time.
   Files carry no date, so the same render gives the same bytes; SOURCE_DATE_EPOCH sets one.
 
 Large images and tiles (Render 2D nodes; memory follows --tile-size, not the image):
@@ -223,14 +224,18 @@ int main(int argc, char** argv) {
         ->check(CLI::NonNegativeNumber)
         ->needs(tilesOption);
     tilesOption->needs("--tile");
-    renderCommand
-        ->add_option("--compression", large.zipLevel,
-                     "zip level of PNG files with --size: 0 to 9, none (0), fast (1, the default) "
-                     "or small (9)")
-        ->transform(CLI::Transformer(
-            std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
-        ->check(CLI::Range(0, 9))
-        ->needs(sizeOption);
+    renderCommand->add_option_function<std::string>(
+        "--compression",
+        [&render](const std::string& given) {
+            if (!FileCompression::Parse(given, &render.layout.compression))
+                throw CLI::ValidationError("--compression",
+                                           "expects 0 to 9, none, fast or "
+                                           "small, not '" +
+                                               given + "'");
+        },
+        "lossless, the pixels the same whatever is chosen: none, fast (the default: zip level 1 "
+        "for PNG and TIFF, PIZ for EXR), small (zip level 9; PIZ for float EXR) or a zip level "
+        "0 to 9 (1 to 9 for TIFF and EXR)");
     renderCommand->add_flag("--keep-going", render.keepGoing,
                             "write an image even when a node it reads from failed");
     renderCommand->add_option("--threads", threads, "processors to use (default: all)")
