@@ -107,9 +107,11 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
     return image;
 }
 
-bool Image::WriteFile(const std::string& path, int bits, std::string* error) const {
+bool Image::WriteFile(const std::string& path, int bits, std::string* error,
+                      const FileCompression& compression) const {
     FileLayout layout;
     layout.bits = bits;
+    layout.compression = compression;
     return WriteFile(path, layout, error, true);
 }
 

@@ -9,6 +9,7 @@
 
 #include "apps/texture/AssembleCommand.h"
 #include "apps/texture/CheckCommand.h"
+#include "apps/texture/CompressionOption.h"
 #include "apps/texture/LargeRender.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
@@ -67,7 +68,6 @@ const std::pair<const char*, const char*> kRenderValueNames[] = {
     {"--max-size", "N"},
     {"--threads", "N"},
     {"--bits", "8|16|32"},
-    {"--compression", "0-9|none|fast|small"},
 };
 
 constexpr const char* kRenderExamples = R"(
@@ -224,18 +224,7 @@ int main(int argc, char** argv) {
         ->check(CLI::NonNegativeNumber)
         ->needs(tilesOption);
     tilesOption->needs("--tile");
-    renderCommand->add_option_function<std::string>(
-        "--compression",
-        [&render](const std::string& given) {
-            if (!FileCompression::Parse(given, &render.layout.compression))
-                throw CLI::ValidationError("--compression",
-                                           "expects 0 to 9, none, fast or "
-                                           "small, not '" +
-                                               given + "'");
-        },
-        "lossless, the pixels the same whatever is chosen: none, fast (the default: zip level 1 "
-        "for PNG and TIFF, PIZ for EXR), small (zip level 9; PIZ for float EXR) or a zip level "
-        "0 to 9 (1 to 9 for TIFF and EXR)");
+    AddCompressionOption(*renderCommand, render.layout.compression);
     renderCommand->add_flag("--keep-going", render.keepGoing,
                             "write an image even when a node it reads from failed");
     renderCommand->add_option("--threads", threads, "processors to use (default: all)")
