@@ -239,7 +239,7 @@ int main(int argc, char** argv) {
             "N"));
     renderCommand->add_flag("--json", render.json,
                             "print one JSON report on the standard output: files written (size, "
-                            "format), time per node, warnings, errors");
+                            "format, compression), time per node, warnings, errors");
     auto* quiet =
         renderCommand->add_flag("-q", render.quiet, "hide Info log lines and the progress bar");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);
