@@ -14,8 +14,8 @@ class FileEncoding {
 public:
     /// The encoding of `layout` in `format` (the image library's format name, as
     /// ImageOutput::format_name gives it; `alpha` whether the format stores opacity, RGBA being
-    /// stored as RGB where it does not). False and `why` (naming the format and the depths it
-    /// holds) when the format cannot hold the bits.
+    /// stored as RGB where it does not). False and `why` (naming the format and what it takes)
+    /// when the format cannot hold the bits or has no such compression.
     static bool Resolve(const std::string& format, bool alpha, const FileLayout& layout,
                         FileEncoding* encoding, std::string* why);
 
@@ -26,6 +26,9 @@ public:
     int ChannelCount() const { return mChannelCount; }
     int Bits() const { return mBits; }
     std::size_t PixelBytes() const { return mDataType.size() * mChannelCount; }
+    /// The compression as the image library names it ("zip:1", "piz", "none"); empty for
+    /// formats without a lossless choice, which keep their own.
+    const std::string& Compression() const { return mCompression; }
 
     /// Stores one pixel of four floats (red, green, blue, opacity) at `out`: floats as they are,
     /// integer levels clamped to 0...1, scaled and rounded.
@@ -39,4 +42,6 @@ private:
     int mBits = 8;
     bool mFloats = false;
     OIIO::TypeDesc mDataType = OIIO::TypeDesc::UINT8;
+    std::string mFormat;
+    std::string mCompression;
 };

@@ -75,7 +75,9 @@ public:
     /// channels clamped to 0...1 and scaled. Replaces the target atomically (see AtomicFile),
     /// so a failed write leaves an existing file intact and no temporary file. False and
     /// `error` naming the file and the cause ("disk full", "permission denied") on failure.
-    bool WriteFile(const std::string& path, int bits, std::string* error) const;
+    /// `compression` trades writing time for size, never changing the pixels.
+    bool WriteFile(const std::string& path, int bits, std::string* error,
+                   const FileCompression& compression = {}) const;
     /// Writes the image as `layout` asks (bits and channels), otherwise as WriteFile above; a
     /// layout the format cannot hold is refused before any file is made.
     bool WriteFile(const std::string& path, const FileLayout& layout, std::string* error) const;

@@ -14,7 +14,6 @@
 #include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
-#include "host/ImageStreamWriter.h"
 
 namespace {
 
@@ -108,9 +107,11 @@ Image* Image::ReadFile(const std::string& path, std::string* error) {
     return image;
 }
 
-bool Image::WriteFile(const std::string& path, int bits, std::string* error) const {
+bool Image::WriteFile(const std::string& path, int bits, std::string* error,
+                      const FileCompression& compression) const {
     FileLayout layout;
     layout.bits = bits;
+    layout.compression = compression;
     return WriteFile(path, layout, error, true);
 }
 
@@ -141,11 +142,7 @@ bool Image::WriteFile(const std::string& path, const FileLayout& layout, std::st
     std::string why;
     if (!FileEncoding::Resolve(format, output->supports("alpha"), resolved, &encoding, &why))
         return fail(error, where + why);
-    OIIO::ImageSpec spec = encoding.Spec(mSizeX, mSizeY);
-    if (format == "png") {
-        spec.attribute("png:compressionLevel", ImageStreamOptions::kFastZipLevel);
-        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
-    }
+    const OIIO::ImageSpec spec = encoding.Spec(mSizeX, mSizeY);
 
     // Top row first, each pixel as the file stores it.
     const Image* source = this;

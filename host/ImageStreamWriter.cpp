@@ -159,12 +159,11 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     const std::string format = state->output->format_name();
     std::string why;
     if (!FileEncoding::Resolve(format, state->output->supports("alpha"),
-                               {options.bits, options.channels}, &state->encoding, &why))
+                               {options.bits, options.channels, options.compression},
+                               &state->encoding, &why))
         return refuse(why);
     if (options.tiled && !state->output->supports("tiles"))
         return refuse("the " + format + " format cannot store tiles");
-    if (options.zipLevel < 0 || options.zipLevel > 9)
-        return refuse("the zip level must be 0 to 9, not " + std::to_string(options.zipLevel));
     if (options.tiled && (options.tileSide <= 0 || options.tileSide % 16 != 0))
         return refuse("tiles must be a positive multiple of 16 pixels wide, not " +
                       std::to_string(options.tileSide));
@@ -172,10 +171,6 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     state->width = width;
     state->height = height;
     OIIO::ImageSpec spec = state->encoding.Spec(width, height);
-    if (format == "png") {
-        spec.attribute("png:compressionLevel", options.zipLevel);
-        spec.attribute("png:filter", ImageStreamOptions::kPngRowFilter);
-    }
     state->tiled = options.tiled;
     if (options.tiled) {
         spec.tile_width = spec.tile_height = options.tileSide;

@@ -17,17 +17,11 @@ struct ImageStreamOptions {
     /// scanlines.
     bool tiled = false;
     int tileSide = 256;
-    /// The zip level of PNG files, 0 (none) to 9 (smallest). The fast default keeps writing
-    /// about as quick as rendering; higher levels save a few percent at several times the time.
-    int zipLevel = kFastZipLevel;
     /// The channels the file stores.
     FileLayout::Channels channels = FileLayout::Channels::kRgba;
-
-    static constexpr int kFastZipLevel = 1;
-    /// PNG rows are filtered against the row above ("up") instead of trying every filter on
-    /// every row: about a third less time for 16-bit files and files as small or smaller for
-    /// smooth textures.
-    static constexpr int kPngRowFilter = 32;
+    /// The fast default keeps writing about as quick as rendering; smaller files cost several
+    /// times the time.
+    FileCompression compression = {};
 };
 
 /// Writes a width x height picture file from rectangles of pixels handed over as they are

@@ -21,6 +21,7 @@ void StreamedImageFile::StartFor(const Image& image) {
     ImageStreamOptions format;
     format.bits = mLayout.bits;
     format.channels = mLayout.channels;
+    format.compression = mLayout.compression;
     try {
         mTarget = std::make_unique<AtomicFile>(mPath);
     } catch (const FileError& e) {

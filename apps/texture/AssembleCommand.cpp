@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+#include "apps/texture/CompressionOption.h"
 #include "host/AtomicFile.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
@@ -32,6 +33,7 @@ memory; the output replaces OUT only once it is complete.
 Examples:
   texture assemble renders/*.tile.json -o full.exr
   texture assemble tile-*.tile.json -o full.tif --bits 16 --tiled
+  texture assemble tile-*.tile.json -o full.png --compression small
 
 Exit status: 0 written, 1 the output could not be written, 2 a bad, foreign or incomplete set.)";
 
@@ -229,6 +231,7 @@ CLI::App* AddAssembleCommand(CLI::App& app, AssembleRequest& request) {
     command->add_flag("--tiled", request.tiled, "store EXR or TIFF output as file tiles");
     command->add_option("--tile-side", request.tileSide, "file tile side (default 256)")
         ->check(CLI::PositiveNumber);
+    AddCompressionOption(*command, request.compression);
     return command;
 }
 
@@ -246,6 +249,7 @@ int RunAssembleCommand(const AssembleRequest& request) {
         options.bits = first.bits;
     options.tiled = request.tiled;
     options.tileSide = request.tileSide;
+    options.compression = request.compression;
     try {
         AtomicFile temporary(request.output);
         auto writer = ImageStreamWriter::Open(temporary.GetTemporaryPath(), first.width,

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "host/FileLayout.h"
+
 namespace CLI {
 class App;
 }
@@ -14,6 +16,7 @@ struct AssembleRequest {
     int bits = 0;  ///< 0: the tiles' bits when the output has their format, else its default
     bool tiled = false;
     int tileSide = 256;
+    FileCompression compression;
 };
 
 /// Adds `texture assemble MANIFESTS... -o OUT` to `app`, filling `request` when parsed.

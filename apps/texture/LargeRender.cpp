@@ -150,7 +150,7 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
     // Tiled files take each window as it comes; scanline files would hold rows back.
     format.tiled = extension == "exr" || extension == "tif" || extension == "tiff";
     format.tileSide = kFileTileSide;
-    format.zipLevel = r.zipLevel;
+    format.compression = r.layout.compression;
 
     const bool terminal = isatty(STDERR_FILENO) != 0 && !r.quiet;
     try {
@@ -223,6 +223,7 @@ int LargeRender::Run(Node& node, const std::string& output, const std::string& d
         written.height = region.height;
         written.bits = format.bits;
         written.channels = FileLayout::ChannelsName(r.layout.channels);
+        written.compression = r.layout.CompressionFor(file);
         mReport.Written(written);
         mReport.SetSummary("rendered " + file + ": " + Size(region.width, region.height) +
                            " pixels of a " + Size(r.width, r.height) + " output in " +

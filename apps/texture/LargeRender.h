@@ -3,7 +3,6 @@
 #include <string>
 
 #include "host/FileLayout.h"
-#include "host/ImageStreamWriter.h"
 
 class Engine;
 class Node;
@@ -18,8 +17,7 @@ struct LargeRenderRequest {
     int columns = 0;      ///< --tiles: the split of the output into separate tasks, 0 for none
     int rows = 0;
     int tile = 0;       ///< --tile: the task's tile, row-major from the top-left
-    FileLayout layout;  ///< --bits and --channels
-    int zipLevel = ImageStreamOptions::kFastZipLevel;  ///< --compression of PNG files
+    FileLayout layout;  ///< --bits, --channels and --compression
     bool quiet = false;
 
     /// Whether the request needs this path rather than the one-piece render.

@@ -278,6 +278,7 @@ public:
             written.height = picture->GetSizeY();
             written.bits = mRequest.layout.BitsFor(file);
             written.channels = FileLayout::ChannelsName(mRequest.layout.channels);
+            written.compression = mRequest.layout.CompressionFor(file);
             written.index = index;
             written.values = values;
             mReport.Written(std::move(written));
@@ -465,8 +466,12 @@ int RenderDocument(const PluginLoader& catalogue, const RenderRequest& options,
                 return usageError(error);
             if (std::string problem = CheckFormat(file); !problem.empty())
                 return usageError(problem);
-            if (std::string problem = options.layout.ProblemFor(file); !problem.empty())
+            FileLayout uncompressed = options.layout;
+            uncompressed.compression = {};
+            if (std::string problem = uncompressed.ProblemFor(file); !problem.empty())
                 return usageError(problem + " (--bits, --channels)");
+            if (std::string problem = options.layout.ProblemFor(file); !problem.empty())
+                return usageError(problem + " (--compression)");
             if (!names.insert(file).second)
                 return usageError("two images would be written to '" + file +
                                   "'; name the output with {node}, {index} or NODE.ATTR (-O DIR "

@@ -107,6 +107,7 @@ void RenderReport::Print(int exitCode) const {
                                    {"height", file->height},
                                    {"bits", file->bits},
                                    {"channels", file->channels},
+                                   {"compression", file->compression},
                                    {"bytes", file->bytes},
                                    {"index", file->index},
                                    {"values", file->values}});

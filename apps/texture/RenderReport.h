@@ -22,7 +22,8 @@ public:
         int width = 0;
         int height = 0;
         int bits = 0;
-        std::string channels;  ///< RGBA, RGB, R or L
+        std::string channels;     ///< RGBA, RGB, R or L
+        std::string compression;  ///< as the image library names it; empty: the format's own
         unsigned long long bytes = 0;
         std::size_t index = 0;                      ///< the sweep combination, from 0
         std::map<std::string, std::string> values;  ///< "NODE.ATTR" -> value set or swept

@@ -4,12 +4,12 @@
 #include <OpenImageIO/imageio.h>
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "apps/texture/AssembleCommand.h"
 #include "apps/texture/CheckCommand.h"
+#include "apps/texture/CompressionOption.h"
 #include "apps/texture/LargeRender.h"
 #include "apps/texture/NodesCommand.h"
 #include "apps/texture/RenderCommand.h"
@@ -51,9 +51,8 @@ The plug-in is found through --plugin, else TEXTURE_PLUGIN, else libTexture.so n
 const std::pair<const char*, std::vector<const char*>> kRenderOptionGroups[] = {
     {"What to render, and where", {"-o", "--node", "--all", "-O", "--tileable"}},
     {"Changing the document", {"--set", "--sweep"}},
-    {"File format", {"--bits", "--channels"}},
-    {"Large images and tiles",
-     {"--size", "--tile-size", "--tiles", "--tile", "--compression", "--max-size"}},
+    {"File format", {"--bits", "--channels", "--compression"}},
+    {"Large images and tiles", {"--size", "--tile-size", "--tiles", "--tile", "--max-size"}},
     {"Running and reporting", {"--threads", "--keep-going", "--json", "-q", "-v"}},
 };
 const std::pair<const char*, const char*> kRenderValueNames[] = {
@@ -69,7 +68,6 @@ const std::pair<const char*, const char*> kRenderValueNames[] = {
     {"--max-size", "N"},
     {"--threads", "N"},
     {"--bits", "8|16|32"},
-    {"--compression", "0-9|none|fast|small"},
 };
 
 constexpr const char* kRenderExamples = R"(
@@ -92,6 +90,9 @@ Files (format by extension: .png, .tif/.tiff, .exr; names may hold {doc}, {node}
   texture render scene.texture.json -o height.png --bits 16 --channels L   16-bit grey heightmap
   texture render scene.texture.json -o height.exr --bits 16 --channels L   one half-float channel
   texture render scene.texture.json -o colour.tif --channels RGB
+  texture render scene.texture.json -o final.exr --compression small    smallest, slowest
+  Compression never changes pixels: none writes fastest and largest, fast (the default) about
+  as quick as the render, small the smallest file at several times the time.
   Files carry no date, so the same render gives the same bytes; SOURCE_DATE_EPOCH sets one.
 
 Large images and tiles (Render 2D nodes; memory follows --tile-size, not the image):
@@ -223,14 +224,7 @@ int main(int argc, char** argv) {
         ->check(CLI::NonNegativeNumber)
         ->needs(tilesOption);
     tilesOption->needs("--tile");
-    renderCommand
-        ->add_option("--compression", large.zipLevel,
-                     "zip level of PNG files with --size: 0 to 9, none (0), fast (1, the default) "
-                     "or small (9)")
-        ->transform(CLI::Transformer(
-            std::map<std::string, int>{{"none", 0}, {"fast", 1}, {"small", 9}}, CLI::ignore_case))
-        ->check(CLI::Range(0, 9))
-        ->needs(sizeOption);
+    AddCompressionOption(*renderCommand, render.layout.compression);
     renderCommand->add_flag("--keep-going", render.keepGoing,
                             "write an image even when a node it reads from failed");
     renderCommand->add_option("--threads", threads, "processors to use (default: all)")
@@ -245,7 +239,7 @@ int main(int argc, char** argv) {
             "N"));
     renderCommand->add_flag("--json", render.json,
                             "print one JSON report on the standard output: files written (size, "
-                            "format), time per node, warnings, errors");
+                            "format, compression), time per node, warnings, errors");
     auto* quiet =
         renderCommand->add_flag("-q", render.quiet, "hide Info log lines and the progress bar");
     renderCommand->add_flag("-v", verbose, "show Trace log lines")->excludes(quiet);

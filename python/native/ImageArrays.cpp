@@ -57,13 +57,28 @@ Image* ImageFromArray(const py::array_t<float>& pixels, const std::string& what)
     return image;
 }
 
-void WriteImageFile(const std::string& path, py::array_t<float> pixels, int bits) {
+namespace {
+
+FileCompression ParseCompression(const std::string& path, const std::string& text) {
+    FileCompression compression;
+    if (!FileCompression::Parse(text, &compression))
+        throw std::invalid_argument("cannot write image '" + path +
+                                    "': compression must be 0 to 9, none, fast or small, not '" +
+                                    text + "'");
+    return compression;
+}
+
+}  // namespace
+
+void WriteImageFile(const std::string& path, py::array_t<float> pixels, int bits,
+                    const std::string& compression) {
+    const FileCompression packing = ParseCompression(path, compression);
     Image* image = ImageFromArray(pixels, "cannot write image '" + path + "'");
     std::string error;
     bool written = false;
     {
         py::gil_scoped_release unlocked;
-        written = image->WriteFile(path, bits, &error);
+        written = image->WriteFile(path, bits, &error, packing);
     }
     image->Release();
     if (!written)
@@ -71,7 +86,7 @@ void WriteImageFile(const std::string& path, py::array_t<float> pixels, int bits
 }
 
 ArrayStreamWriter::ArrayStreamWriter(const std::string& path, int width, int height, int bits,
-                                     bool tiled, int tileSide)
+                                     bool tiled, int tileSide, const std::string& compression)
     : mPath(path) {
     const std::filesystem::path target(path);
     mTemporary = (target.parent_path() /
@@ -81,6 +96,7 @@ ArrayStreamWriter::ArrayStreamWriter(const std::string& path, int width, int hei
     options.bits = bits;
     options.tiled = tiled;
     options.tileSide = tileSide;
+    options.compression = ParseCompression(path, compression);
     std::string error;
     mWriter = ImageStreamWriter::Open(mTemporary, width, height, options, &error, path);
     if (mWriter == nullptr)

@@ -26,9 +26,11 @@ pybind11::array_t<float> ReadImageFile(const std::string& path);
 Image* ImageFromArray(const pybind11::array_t<float>& pixels, const std::string& what);
 
 /// Writes a (height, width, 4) or (height, width, 3) array, row 0 at the top, by the file's
-/// extension as the command writes images (.exr float, .png/.tif 8 or 16 bits), atomically.
-/// Throws std::invalid_argument for a bad shape or a failed write.
-void WriteImageFile(const std::string& path, pybind11::array_t<float> pixels, int bits);
+/// extension as the command writes images (.exr float, .png/.tif 8 or 16 bits, `compression`
+/// as the command's --compression), atomically. Throws std::invalid_argument for a bad shape,
+/// a compression the format does not take or a failed write.
+void WriteImageFile(const std::string& path, pybind11::array_t<float> pixels, int bits,
+                    const std::string& compression);
 
 class ImageStreamWriter;
 
@@ -39,7 +41,7 @@ class ArrayStreamWriter {
 public:
     /// Throws std::invalid_argument when the file cannot be created.
     ArrayStreamWriter(const std::string& path, int width, int height, int bits, bool tiled,
-                      int tileSide);
+                      int tileSide, const std::string& compression);
     ~ArrayStreamWriter();
     /// Writes a block whose top-left pixel is (x, y), rows counted from the top.
     void Write(int x, int y, const pybind11::array_t<float>& pixels);

@@ -184,12 +184,13 @@ PYBIND11_MODULE(_native, m) {
         "plugin_path", [] { return Catalogue().GetPluginPath(); },
         "The plug-in library the module loaded.");
     m.def("read_image", &ReadImageFile, py::arg("path"));
-    m.def("write_image", &WriteImageFile, py::arg("path"), py::arg("pixels"), py::arg("bits") = 8);
+    m.def("write_image", &WriteImageFile, py::arg("path"), py::arg("pixels"), py::arg("bits") = 8,
+          py::arg("compression") = "fast");
 
     py::class_<ArrayStreamWriter>(m, "ImageWriter")
-        .def(py::init<const std::string&, int, int, int, bool, int>(), py::arg("path"),
-             py::arg("width"), py::arg("height"), py::arg("bits"), py::arg("tiled"),
-             py::arg("tile_side"))
+        .def(py::init<const std::string&, int, int, int, bool, int, const std::string&>(),
+             py::arg("path"), py::arg("width"), py::arg("height"), py::arg("bits"),
+             py::arg("tiled"), py::arg("tile_side"), py::arg("compression"))
         .def("write", &ArrayStreamWriter::Write, py::arg("x"), py::arg("y"), py::arg("pixels"))
         .def("close", &ArrayStreamWriter::Close);
 

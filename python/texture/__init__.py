@@ -48,21 +48,24 @@ def read_image(path):
     return _native.read_image(str(path))
 
 
-def write_image(path, pixels, bits=8):
+def write_image(path, pixels, bits=8, compression="fast"):
     """Writes a (height, width, 4 or 3) array, row 0 at the top, by the file's extension.
 
     ``.exr`` keeps float32 values exactly; ``.png`` and ``.tif`` clamp to 0...1 and store
-    ``bits`` (8 or 16) per channel. The file is replaced atomically.
+    ``bits`` (8 or 16) per channel. ``compression`` is lossless whatever it is, as the
+    command's ``--compression``: ``"none"``, ``"fast"``, ``"small"`` or a zip level 0 to 9.
+    The file is replaced atomically.
     """
-    _native.write_image(str(path), _np.asarray(pixels, dtype=_np.float32), int(bits))
+    _native.write_image(str(path), _np.asarray(pixels, dtype=_np.float32), int(bits),
+                        str(compression))
 
 
 class ImageWriter:
     """A picture file written block by block, never holding the whole image.
 
-    ``ImageWriter(path, width, height, bits=0, tiled=True, tile_side=256)``: the format follows
-    the extension; ``bits`` 0 means 32-bit float for EXR and 8 bits for PNG and TIFF (16 is
-    half float for EXR). A tiled EXR or TIFF file stores each tile as soon as its pixels are
+    ``ImageWriter(path, width, height, bits=0, tiled=True, tile_side=256, compression="fast")``:
+    the format follows the extension; ``bits`` 0 means 32-bit float for EXR and 8 bits for PNG
+    and TIFF (16 is half float for EXR); ``compression`` as in :func:`write_image`. A tiled EXR or TIFF file stores each tile as soon as its pixels are
     in; a scanline file keeps rows until the rows above them came. Every pixel must be written
     exactly once, in any order. The file appears under its name only when closed complete::
 
@@ -70,9 +73,10 @@ class ImageWriter:
             out.write(x, y, block)   # (rows, columns, 4) array, (x, y) its top-left pixel
     """
 
-    def __init__(self, path, width, height, bits=0, tiled=True, tile_side=256):
+    def __init__(self, path, width, height, bits=0, tiled=True, tile_side=256,
+                 compression="fast"):
         self._native = _native.ImageWriter(str(path), int(width), int(height), int(bits),
-                                           bool(tiled), int(tile_side))
+                                           bool(tiled), int(tile_side), str(compression))
 
     def write(self, x, y, pixels):
         """Writes a block of pixels whose top-left pixel is (x, y), rows counted from the top."""

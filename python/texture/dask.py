@@ -81,11 +81,11 @@ def _block_origins(array):
     return [(int(x), int(y)) for y in tops for x in lefts]
 
 
-def store_image(array, path, bits=0, tiled=True, tile_side=256):
+def store_image(array, path, bits=0, tiled=True, tile_side=256, compression="fast"):
     """Writes a (height, width, 4) dask array into a picture file block by block.
 
     Blocks are computed on the current scheduler and written as they arrive (see
-    :class:`texture.ImageWriter` for ``bits``, ``tiled`` and ``tile_side``), so the whole image
+    :class:`texture.ImageWriter` for ``bits``, ``tiled``, ``tile_side`` and ``compression``), so the whole image
     is never in memory: with a ``distributed.Client`` each block is written as soon as any
     worker has it, otherwise one row of blocks is computed at a time.
     """
@@ -96,7 +96,7 @@ def store_image(array, path, bits=0, tiled=True, tile_side=256):
     client = getattr(dask.base.get_scheduler(), "__self__", None)
     if type(client).__name__ != "Client":
         client = None
-    with texture.ImageWriter(path, width, height, bits, tiled, tile_side) as writer:
+    with texture.ImageWriter(path, width, height, bits, tiled, tile_side, compression) as writer:
         if client is not None:
             from distributed import as_completed
 

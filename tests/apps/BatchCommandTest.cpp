@@ -110,6 +110,11 @@ TEST(BatchCommandTest, OutputFormatAndPlaceAreCheckedBeforeRendering) {
          "TIFF files hold 8 or 16",
          {}},
         {{"-o", "{dir}/o.png", "--channels", "LA"}, 2, "expects RGBA, RGB, R or L", {}},
+        {{"-o", "{dir}/o.exr", "--compression", "0"},
+         2,
+         "EXR files take compression none, fast, small or a zip level 1 to 9, not 0 "
+         "(--compression)",
+         {}},
     });
 }
 
@@ -253,6 +258,52 @@ TEST(BatchCommandTest, JsonReportHoldsFilesTimesWarningsAndErrors) {
         for (const auto& [key, expected] :
              {std::pair{"warnings", row.warning}, {"errors", row.error}})
             EXPECT_NE(report[key].dump().find(expected), std::string::npos) << expected;
+    }
+}
+
+// Compression changes a file's size, never its pixels, in one piece and window by window; the
+// report names the compression the file got.
+TEST(BatchCommandTest, CompressionChangesTheSizeNotThePixels) {
+    const testsupport::TempFolder folder;
+    const std::string document = folder.Write("noise.texture.json", R"({"format": "texture-graph",
+      "version": 1, "nodes": [{"id": "noise", "type": "Perlin Texture"}, {"id": "out",
+      "type": "Render 2D Texture", "attributes": {"frame": [0, 0, 96, 96]}}],
+      "links": [{"from": "noise.texture", "to": "out.texture"}], "display": "out"})");
+    const struct {
+        const char* file;
+        std::vector<std::string> arguments;
+        std::pair<const char*, const char*> larger, smaller;  // --compression, as reported
+    } rows[] = {
+        {"a.png", {}, {"none", "zip:0"}, {"small", "zip:9"}},
+        {"b.exr", {}, {"1", "zip:1"}, {"9", "zip:9"}},
+        {"c.exr", {"--bits", "16"}, {"none", "none"}, {"fast", "piz"}},
+        {"d.tif", {"--size", "96x96"}, {"fast", "zip:1"}, {"small", "zip:9"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.file);
+        std::uintmax_t bytes[2];
+        std::vector<float> pixels[2];
+        for (const auto& [index, choice] : {std::pair{0, row.larger}, {1, row.smaller}}) {
+            const std::string file = folder / (choice.first + std::string(row.file));
+            std::vector<std::string> arguments{"--plugin",  TEXTURE_BINARY_DIR "/bin/libTexture.so",
+                                               "render",    document,
+                                               "-o",        file,
+                                               "--json",    "--compression",
+                                               choice.first};
+            arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+            const testsupport::CommandResult result = testsupport::RunTexture(arguments);
+            ASSERT_EQ(result.exitCode, 0) << result.err;
+            const auto report = nlohmann::json::parse(result.out, nullptr, false);
+            EXPECT_EQ(report["files"][0]["compression"], choice.second);
+            bytes[index] = std::filesystem::file_size(file);
+            auto input = OIIO::ImageInput::open(file);
+            ASSERT_TRUE(input);
+            pixels[index].resize(input->spec().image_pixels() * input->spec().nchannels);
+            ASSERT_TRUE(
+                input->read_image(0, 0, 0, -1, OIIO::TypeDesc::FLOAT, pixels[index].data()));
+        }
+        EXPECT_GT(bytes[0], bytes[1]);
+        EXPECT_EQ(pixels[0], pixels[1]);
     }
 }
 

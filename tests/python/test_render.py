@@ -90,12 +90,14 @@ def test_files_written_block_by_block_equal_the_one_piece_file(tmp_path, perlin_
     image = perlin_document.render()
     origins = [(64, 32), (0, 0), (32, 32), (0, 32), (64, 0), (32, 0)]
     for name, tiled in [("tiled.exr", True), ("rows.png", False)]:
-        with texture.ImageWriter(tmp_path / name, 96, 64, tiled=tiled, tile_side=32) as out:
+        with texture.ImageWriter(tmp_path / name, 96, 64, tiled=tiled, tile_side=32,
+                                 compression="none") as out:
             for x, y in origins:
                 out.write(x, y, image[y:y + 32, x:x + 32])
-        texture.write_image(tmp_path / f"whole-{name}", image)
+        texture.write_image(tmp_path / f"whole-{name}", image, compression="small")
         assert np.array_equal(bits(texture.read_image(tmp_path / name)),
                               bits(texture.read_image(tmp_path / f"whole-{name}")))
+        assert (tmp_path / name).stat().st_size > (tmp_path / f"whole-{name}").stat().st_size
     with pytest.raises(ValueError):
         with texture.ImageWriter(tmp_path / "partial.exr", 96, 64) as out:
             out.write(0, 0, image[:32])

@@ -97,7 +97,6 @@ TEST(StreamTest, MisuseIsRefusedWithTheReason) {
         {"tiled.png", {0, true, 32}, {}, "cannot store tiles"},
         {"eight_bits.exr", {8, false, 256}, {}, "EXR files hold 16 (half) or 32 (float)"},
         {"tiles_off_16.tif", {8, true, 40}, {}, "multiple of 16"},
-        {"zip_level.png", {0, false, 256, 10}, {}, "zip level must be 0 to 9"},
         {"outside.png", {}, {{140, 0, 20, 5}}, "not inside"},
         {"row_twice.png", {}, {{0, 0, 50, 5}, {40, 3, 20, 1}}, "given before"},
         {"tile_twice.exr", {0, true, 16}, {{0, 0, 16, 16}, {0, 0, 1, 1}}, "given before"},

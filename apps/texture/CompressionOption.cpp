@@ -1,0 +1,19 @@
+#include "apps/texture/CompressionOption.h"
+
+#include <string>
+
+CLI::Option* AddCompressionOption(CLI::App& command, FileCompression& compression) {
+    return command
+        .add_option_function<std::string>(
+            "--compression",
+            [&compression](const std::string& given) {
+                if (!FileCompression::Parse(given, &compression))
+                    throw CLI::ValidationError(
+                        "--compression",
+                        "expects 0 to 9, none, fast or small, not '" + given + "'");
+            },
+            "lossless, the pixels the same whatever is chosen: none, fast (the default: zip "
+            "level 1 for PNG and TIFF, PIZ for EXR), small (zip level 9; PIZ for float EXR) or a "
+            "zip level 0 to 9 (1 to 9 for TIFF and EXR)")
+        ->option_text("0-9|none|fast|small");
+}
