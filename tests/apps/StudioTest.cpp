@@ -403,54 +403,54 @@ TEST_F(StudioTest, NodesInErrorAreMarkedAndReported) {
     EXPECT_TRUE(window->GetStatusText().contains("no input image"));
 }
 
-TEST(StudioBakeTest, TheBakeViewGetsTheMeshAndItsImageAndTexturesShowAsPlanes) {
-    const std::string plugin = RealPlugin();
-    if (plugin.empty())
-        GTEST_SKIP() << "the texture plug-in is not built";
-    EnsureApplication();
-    PluginLoader loader;
-    std::string message;
-    ASSERT_TRUE(loader.Load(plugin, &message)) << message;
-    {
-        StudioWindow window(loader);
-        QString error;
-        ASSERT_TRUE(window.GetDocument()->Open(
-            TEXTURE_SOURCE_DIR "/examples/bake-cube.texture.json", &error))
-            << error.toStdString();
-        ASSERT_TRUE(window.EvaluateDisplay());
-        const BakeView* bake = window.GetBakeView();
-        EXPECT_EQ(bake->GetModel().GetVertexCount(), 36) << "the cube's 12 triangles";
-        const auto [lowest, highest] =
-            std::minmax_element(bake->GetModel().uvs.begin(), bake->GetModel().uvs.end());
-        EXPECT_TRUE(*lowest >= 0.0f && *highest <= 1.0f && *lowest < *highest);
-        EXPECT_EQ(bake->GetTexture().size(), QSize(512, 384));
-        EXPECT_EQ(bake->GetMessage().contains("OpenGL"), !BakeView::IsOpenGlAvailable());
-
-        Manager::Get()->SetDisplayNode(Engine::Get()->FindNode("swirl"));
-        ASSERT_TRUE(window.EvaluateDisplay());
-        EXPECT_EQ(window.GetViewer()->GetImage().size(), QSize(512, 512));
-        EXPECT_TRUE(window.GetStatusText().contains("is a texture"));
-        EXPECT_FALSE(bake->isVisibleTo(&window));
-        // View > Tileable Textures makes the plane repeat: another picture, and the status says so.
-        const QImage plain = window.GetViewer()->GetImage();
-        window.findChild<QAction*>("m_tileable_action")->setChecked(true);
-        ASSERT_TRUE(window.EvaluateDisplay());
-        EXPECT_TRUE(window.GetStatusText().contains("tileable"))
-            << window.GetStatusText().toStdString();
-        EXPECT_NE(window.GetViewer()->GetImage(), plain);
+/// Tests with the real texture plug-in loaded; skipped when it is not built.
+class RealPluginTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const std::string plugin = RealPlugin();
+        if (plugin.empty())
+            GTEST_SKIP() << "the texture plug-in is not built";
+        EnsureApplication();
+        std::string message;
+        ASSERT_TRUE(loader.Load(plugin, &message)) << message;
     }
-    Engine::Get()->Clear();  // before the loader unloads the plug-in
+    void TearDown() override { Engine::Get()->Clear(); }  // before the loader unloads it
+
+    PluginLoader loader;
+};
+
+TEST_F(RealPluginTest, TheBakeViewGetsTheMeshAndItsImageAndTexturesShowAsPlanes) {
+    StudioWindow window(loader);
+    QString error;
+    ASSERT_TRUE(
+        window.GetDocument()->Open(TEXTURE_SOURCE_DIR "/examples/bake-cube.texture.json", &error))
+        << error.toStdString();
+    ASSERT_TRUE(window.EvaluateDisplay());
+    const BakeView* bake = window.GetBakeView();
+    EXPECT_EQ(bake->GetModel().GetVertexCount(), 36) << "the cube's 12 triangles";
+    const auto [lowest, highest] =
+        std::minmax_element(bake->GetModel().uvs.begin(), bake->GetModel().uvs.end());
+    EXPECT_TRUE(*lowest >= 0.0f && *highest <= 1.0f && *lowest < *highest);
+    EXPECT_EQ(bake->GetTexture().size(), QSize(512, 384));
+    EXPECT_EQ(bake->GetMessage().contains("OpenGL"), !BakeView::IsOpenGlAvailable());
+
+    Manager::Get()->SetDisplayNode(Engine::Get()->FindNode("swirl"));
+    ASSERT_TRUE(window.EvaluateDisplay());
+    EXPECT_EQ(window.GetViewer()->GetImage().size(), QSize(512, 512));
+    EXPECT_TRUE(window.GetStatusText().contains("is a texture"));
+    EXPECT_FALSE(bake->isVisibleTo(&window));
+    // View > Tileable Textures makes the plane repeat: another picture, and the status says so.
+    const QImage plain = window.GetViewer()->GetImage();
+    window.findChild<QAction*>("m_tileable_action")->setChecked(true);
+    ASSERT_TRUE(window.EvaluateDisplay());
+    EXPECT_TRUE(window.GetStatusText().contains("tileable"))
+        << window.GetStatusText().toStdString();
+    EXPECT_NE(window.GetViewer()->GetImage(), plain);
 }
 
-TEST(StudioRenderTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain) {
-    const std::string plugin = RealPlugin();
-    if (plugin.empty())
-        GTEST_SKIP() << "the texture plug-in is not built";
-    EnsureApplication();
-    PluginLoader loader;
-    std::string message;
-    ASSERT_TRUE(loader.Load(plugin, &message)) << message;
+TEST_F(RealPluginTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain) {
     Engine* engine = Engine::Get();
+    std::string message;
     ASSERT_TRUE(Document().Load(TEXTURE_SOURCE_DIR "/examples/default.texture.json", *engine,
                                 loader, &message))
         << message;
@@ -483,7 +483,6 @@ TEST(StudioRenderTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain
     };
     EXPECT_EQ(count("Render stopped after"), 1);
     EXPECT_EQ(count("Render image:"), 1);
-    engine->Clear();  // before the loader unloads the plug-in
 }
 
 TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
