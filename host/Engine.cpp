@@ -459,6 +459,11 @@ void Engine::ClearUndoHistory() {
     mImpl->history.Clear();
 }
 
+void Engine::SetRenderOptions(const RenderOptions& options) {
+    Scope scope(mImpl->events);
+    mRenderOptions = options;
+}
+
 EngineMutex& Engine::GetMutex() const {
     return mImpl->events.GetMutex();
 }

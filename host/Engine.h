@@ -151,7 +151,8 @@ public:
 
     // Render options (an SDK extension: see host/RenderOptions.h).
     const RenderOptions& GetRenderOptions() const override { return mRenderOptions; }
-    void SetRenderOptions(const RenderOptions& options) { mRenderOptions = options; }
+    /// Takes the engine's lock: renders read the options while they run.
+    void SetRenderOptions(const RenderOptions& options);
 
     /// The engine's lock; held during every operation above.
     EngineMutex& GetMutex() const override;

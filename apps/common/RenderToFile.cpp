@@ -1,5 +1,7 @@
 #include "apps/common/RenderToFile.h"
 
+#include <mutex>
+
 #include "apps/common/StreamedImageFile.h"
 #include "host/Engine.h"
 #include "host/Image.h"
@@ -18,12 +20,17 @@ std::string RenderToFile::Describe(const Node& node) const {
 
 bool RenderToFile::Render(Node& node, const std::string& path, const FileLayout& layout,
                           std::string* error) const {
+    // Held throughout, so that no other thread evaluates the node between its render and the
+    // write.
+    const std::lock_guard lock(mEngine.GetMutex());
     StreamedImageFile file(path, layout);
     Evaluate(node, file);
     return Finish(node, file, error);
 }
 
 void RenderToFile::Evaluate(Node& node, StreamedImageFile& file) const {
+    // Held while the row hook is set, so that no other thread renders into this file.
+    const std::lock_guard lock(mEngine.GetMutex());
     EvaluateSources(node);
     const RenderOptions saved = mEngine.GetRenderOptions();
     RenderOptions streaming = saved;

@@ -26,15 +26,26 @@ namespace {
 // has had the engine, and a burst of edits has usually passed.
 constexpr int kRestartDelayMs = 100;
 
-// The request a renderer's worker is running, for RunningRequestIsStale.
-struct RunningRequest {
-    PictureRenderer* renderer = nullptr;
-    Node* node = nullptr;
-    unsigned long long generation = 0;
-};
-thread_local RunningRequest tRunning;
-
 }  // namespace
+
+// One request as it renders: it stops when the GUI thread waits for the engine (it starts
+// again soon after) or when a newer request or Forget makes it stale.
+class PictureRenderer::Running : public WindowRender {
+public:
+    Running(PictureRenderer& renderer, Node* node, unsigned long long generation)
+        : mRenderer(renderer), mNode(node), mGeneration(generation) {}
+
+private:
+    bool StopWanted() override {
+        return mRenderer.mEngine->GetMutex().IsUrgentWaiting() ||
+               !mRenderer.IsCurrent(mNode, mGeneration);
+    }
+    void Progressed(int done, int total) override { emit mRenderer.progressed(mNode, done, total); }
+
+    PictureRenderer& mRenderer;
+    Node* mNode;
+    unsigned long long mGeneration;
+};
 
 void PictureRenderer::Request(Node* node, const QSize& fitInto, const PlaneSettings& plane) {
     unsigned long long generation = 0;
@@ -53,9 +64,9 @@ void PictureRenderer::Start(Node* node, unsigned long long generation, const QSi
         if (!IsCurrent(node, generation))
             return;
         QThread::currentThread()->setPriority(priority);
-        tRunning = {this, node, generation};
+        Running running(*this, node, generation);
+        const WindowRender::Scope scope(running);
         const NodePicture picture = RenderNodePicture(*mEngine, node, fitInto, plane);
-        tRunning = {};
         if (!IsCurrent(node, generation))
             return;
         // Queued to this object's thread; dropped by Qt if the renderer is gone by then.
@@ -73,25 +84,6 @@ void PictureRenderer::Start(Node* node, unsigned long long generation, const QSi
             },
             Qt::QueuedConnection);
     });
-}
-
-void PictureRenderer::StopRendersThatBlockTheWindow(Engine& engine) {
-    EngineMutex& lock = engine.GetMutex();
-    lock.MarkCallingThreadUrgent();
-    RenderOptions options = engine.GetRenderOptions();
-    options.cancelled = [&lock] { return lock.IsUrgentWaiting() || RunningRequestIsStale(); };
-    options.progress = [](int done, int total) {
-        const RunningRequest running = tRunning;
-        if (running.renderer != nullptr)
-            emit running.renderer->progressed(running.node, done, total);
-    };
-    engine.SetRenderOptions(options);
-}
-
-bool PictureRenderer::RunningRequestIsStale() {
-    const RunningRequest running = tRunning;
-    return running.renderer != nullptr &&
-           !running.renderer->IsCurrent(running.node, running.generation);
 }
 
 void PictureRenderer::Forget(const Node* node) {

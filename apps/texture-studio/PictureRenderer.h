@@ -9,16 +9,17 @@
 #include <QThreadPool>
 
 #include "apps/texture-studio/NodePicture.h"
+#include "apps/texture-studio/WindowRender.h"
 #include "host/Node.h"
 
 class Engine;
 
 /// Makes pictures of nodes on a worker thread of its own, so that the GUI thread never waits
 /// for a render. Per node the newest request wins: a request that is already stale when the
-/// worker reaches it is skipped, a render whose request goes stale stops (see
-/// RunningRequestIsStale), and a picture finished after a newer request for its node is
-/// dropped rather than shown. A render stopped while its request is still current (the GUI
-/// thread needed the engine) starts again shortly after.
+/// worker reaches it is skipped, a render whose request goes stale stops, and a picture finished
+/// after a newer request for its node is dropped rather than shown. A render stopped while its
+/// request is still current (the GUI thread needed the engine) starts again shortly after. Renders
+/// stop only where the engine is hooked (WindowRender::HookInto).
 class PictureRenderer : public QObject {
     Q_OBJECT
 
@@ -36,16 +37,6 @@ public:
     /// Requests neither answered nor forgotten.
     int GetPendingCount() const;
 
-    /// True on a renderer's worker whose request is no longer the newest for its node or was
-    /// forgotten; false on any other thread. The studio's render options ask it, so that such
-    /// a render stops within a band of lines.
-    static bool RunningRequestIsStale();
-    /// Makes the engine's renders stop (its render options' `cancelled`) when the calling
-    /// thread, the GUI thread, waits for the engine, so that the window never freezes behind
-    /// a render, and when the picture a render makes is no longer wanted; and has renders on
-    /// a renderer's worker tell their progress (progressed).
-    static void StopRendersThatBlockTheWindow(Engine& engine);
-
 signals:
     void pictureReady(Node* node, const NodePicture& picture);
     /// A render node on the way to `node`'s picture has `done` of `total` lines; sent from the
@@ -53,6 +44,8 @@ signals:
     void progressed(Node* node, int done, int total);
 
 private:
+    class Running;
+
     /// Runs request `generation` for `node` on the worker.
     void Start(Node* node, unsigned long long generation, const QSize& fitInto,
                const PlaneSettings& plane);

@@ -12,11 +12,13 @@
 #include <QDockWidget>
 #include <QDoubleSpinBox>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
@@ -27,6 +29,7 @@
 #include "apps/texture-studio/BakeView.h"
 #include "apps/texture-studio/DisplayController.h"
 #include "apps/texture-studio/DocumentController.h"
+#include "apps/texture-studio/FileRenderJob.h"
 #include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
 #include "apps/texture-studio/GraphView.h"
@@ -36,6 +39,7 @@
 #include "apps/texture-studio/NodePicture.h"
 #include "apps/texture-studio/PictureRenderer.h"
 #include "apps/texture-studio/ThumbnailUpdater.h"
+#include "apps/texture-studio/WindowRender.h"
 #include "host/Engine.h"
 #include "host/LibraryInterface.h"
 #include "host/Log.h"
@@ -48,6 +52,10 @@ namespace {
 
 constexpr const char* kImageFilter =
     "PNG image (*.png);;OpenEXR float image (*.exr);;TIFF image (*.tif *.tiff);;All files (*)";
+
+// A render to a file shows its progress dialog once it has taken this long.
+constexpr int kProgressDialogDelayMs = 400;
+constexpr int kProgressPollMs = 50;
 
 Delegate2<unsigned int, unsigned int> ManagerHandler(StudioWindow* window,
                                                      void (StudioWindow::*method)(unsigned int,
@@ -71,7 +79,7 @@ StudioWindow::StudioWindow(const PluginLoader& catalogue, QWidget* parent)
     : QMainWindow(parent), mCatalogue(catalogue), mEngine(Engine::Get()), mManager(Manager::Get()) {
     setObjectName("TextureStudio");
     mManager->SetMainWidget(this);
-    PictureRenderer::StopRendersThatBlockTheWindow(*mEngine);
+    WindowRender::HookInto(*mEngine);
 
     mScene = new GraphScene(mEngine, &mCatalogue, this);
     mGraphView = new GraphView(this);
@@ -340,9 +348,33 @@ QString StudioWindow::GetStatusText() const {
 bool StudioWindow::RenderDisplayTo(const QString& path, QString* error) {
     Node* display = mManager->GetDisplayNode();
     std::string message = "there is no display node to render";
-    if (display != nullptr &&
-        RenderToFile(*mEngine).Render(*display, path.toStdString(), FileLayout(), &message))
-        return true;
+    if (display != nullptr) {
+        // On a thread of its own, so that the window keeps painting; a render that takes long
+        // shows a progress dialog whose Cancel stops it.
+        FileRenderJob job(*mEngine, *display, path.toStdString());
+        QProgressDialog progress(
+            tr("Rendering '%1' to %2...").arg(mScene->IdOf(display), QFileInfo(path).fileName()),
+            tr("Cancel"), 0, 0, this);  // busy until the render counts its lines
+        progress.setWindowModality(Qt::WindowModal);
+        progress.setMinimumDuration(kProgressDialogDelayMs);
+        connect(&progress, &QProgressDialog::canceled, this, [&job] { job.Stop(); });
+        QEventLoop loop;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            if (job.IsDone()) {
+                loop.quit();
+            } else if (const int percent = job.GetPercent();
+                       percent > 0 && !progress.wasCanceled()) {
+                progress.setMaximum(100);
+                progress.setValue(percent);
+            }
+        });
+        poll.start(kProgressPollMs);
+        if (!job.IsDone())
+            loop.exec();
+        if (job.Succeeded(&message))
+            return true;
+    }
     if (error != nullptr)
         *error = QString::fromStdString(message);
     return false;

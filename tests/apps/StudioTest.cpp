@@ -24,6 +24,7 @@
 
 #include "apps/texture-studio/BakeView.h"
 #include "apps/texture-studio/DocumentController.h"
+#include "apps/texture-studio/FileRenderJob.h"
 #include "apps/texture-studio/GraphEditor.h"
 #include "apps/texture-studio/GraphScene.h"
 #include "apps/texture-studio/ImageConversion.h"
@@ -32,6 +33,7 @@
 #include "apps/texture-studio/NodeItem.h"
 #include "apps/texture-studio/PictureRenderer.h"
 #include "apps/texture-studio/StudioWindow.h"
+#include "apps/texture-studio/WindowRender.h"
 #include "host/Document.h"
 #include "host/Engine.h"
 #include "host/Image.h"
@@ -456,7 +458,7 @@ TEST_F(RealPluginTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain
         << message;
     Node* out = engine->FindNode("out");
     ASSERT_TRUE(engine->SetAttributeValue(out, 0, NodeValue::FromFrame(Frame{0, 0, 1600, 1600})));
-    PictureRenderer::StopRendersThatBlockTheWindow(*engine);
+    WindowRender::HookInto(*engine);
     std::vector<std::string> log;
     Log::SetSink([&](Log::Level, const std::string& line) { log.push_back(line); });
     {
@@ -483,6 +485,18 @@ TEST_F(RealPluginTest, ARenderHoldingTheEngineStopsForTheGuiThreadAndStartsAgain
     };
     EXPECT_EQ(count("Render stopped after"), 1);
     EXPECT_EQ(count("Render image:"), 1);
+
+    // A render to a file that is stopped writes nothing and says so.
+    const testsupport::TempFolder folder;
+    const std::string path = folder / "stopped.png";
+    engine->MarkDirty(out);
+    FileRenderJob job(*engine, *out, path);
+    job.Stop();
+    while (!job.IsDone())
+        QThread::msleep(5);
+    EXPECT_FALSE(job.Succeeded(&message));
+    EXPECT_NE(message.find("stopped"), std::string::npos) << message;
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST(ImageConversionTest, RowsFlipAndChannelsClamp) {
