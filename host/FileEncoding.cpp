@@ -94,14 +94,15 @@ bool NameCompression(const std::string& format, int bits, const FileCompression&
             *name = format == "openexr" && bits == 32 ? "piz" : "zip:9";
             break;
         case Choice::kLevel:
-            if (compression.level < (png ? 0 : 1) || compression.level > 9) {
+            if (compression.level < 0 || compression.level > 9) {
                 *why = ShownName(format) +
-                       " files take compression none, fast, small or a zip "
-                       "level " +
-                       (png ? "0" : "1") + " to 9, not " + compression.Name();
+                       " files take compression none, fast, small or a zip level 0 to 9, not " +
+                       compression.Name();
                 return false;
             }
-            *name = "zip:" + std::to_string(compression.level);
+            // Level 0 stores: for EXR and TIFF that is no compression at all.
+            *name = compression.level == 0 && !png ? "none"
+                                                   : "zip:" + std::to_string(compression.level);
             break;
     }
     return true;

@@ -110,11 +110,6 @@ TEST(BatchCommandTest, OutputFormatAndPlaceAreCheckedBeforeRendering) {
          "TIFF files hold 8 or 16",
          {}},
         {{"-o", "{dir}/o.png", "--channels", "LA"}, 2, "expects RGBA, RGB, R or L", {}},
-        {{"-o", "{dir}/o.exr", "--compression", "0"},
-         2,
-         "EXR files take compression none, fast, small or a zip level 1 to 9, not 0 "
-         "(--compression)",
-         {}},
     });
 }
 
