@@ -8,6 +8,11 @@ add_library(Texture::flags ALIAS texture_flags)
 target_compile_options(texture_flags INTERFACE
   -Wall -Wextra -Wpedantic
   -ffp-contract=off -fno-fast-math)
+# g++ 12's straight-line vectorizer drops the rounding of a pair of doubles narrowed to float
+# and widened again (as in `S{static_cast<float>(x), static_cast<float>(y)}` with double
+# members) at -O2 and above, so an optimized build would sample other points than a debug one.
+# Loops are still vectorized.
+target_compile_options(texture_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
 
 if(TEXTURE_SANITIZE)
   target_compile_options(texture_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer

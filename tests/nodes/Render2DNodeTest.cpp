@@ -15,6 +15,7 @@
 #include "noisepp/utils/PlaneBuilder.h"
 #include "noisepp/utils/ProcessorCount.h"
 #include "tests/nodes/NodeTestSupport.h"
+#include "tests/support/PlanePixels.h"
 
 namespace {
 
@@ -24,20 +25,8 @@ using rendertest::RenderGraph;
 std::vector<float> BuilderPixels(const noisepp::Module& module, int width, int height,
                                  double lowerX, double lowerY, double upperX, double upperY,
                                  double z, bool seamless, bool periodic = false) {
-    std::vector<noisepp::TextureColor> colors(static_cast<std::size_t>(width) * height);
-    noisepp::utils::PlaneBuilder builder;
-    builder.setModule(&module);
-    builder.setDestination(colors.data());
-    builder.setSize(width, height);
-    builder.setBounds(lowerX, lowerY, upperX, upperY);
-    builder.setZValue(z);
-    builder.setSeamless(seamless);
-    builder.setPeriodic(periodic);
-    builder.build();
-    std::vector<float> pixels;
-    for (const noisepp::TextureColor& c : colors)
-        pixels.insert(pixels.end(), {c.red, c.green, c.blue, c.opacity});
-    return pixels;
+    return testsupport::PlanePixels(
+        module, {width, height, lowerX, lowerY, upperX, upperY, z, seamless, periodic});
 }
 
 class Render2DNodeTest : public ::testing::Test {

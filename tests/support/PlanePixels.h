@@ -15,6 +15,7 @@ struct PlaneWindow {
     int width = 0, height = 0;
     double lowerX = 0, lowerY = 0, upperX = 0, upperY = 0, z = 0;
     bool seamless = false;
+    bool periodic = false;
 };
 
 inline std::vector<noisepp::TextureColor> BuildPlane(const noisepp::Module& module,
@@ -27,6 +28,7 @@ inline std::vector<noisepp::TextureColor> BuildPlane(const noisepp::Module& modu
     builder.setBounds(plane.lowerX, plane.lowerY, plane.upperX, plane.upperY);
     builder.setZValue(plane.z);
     builder.setSeamless(plane.seamless);
+    builder.setPeriodic(plane.periodic);
     builder.build();
     return colors;
 }
