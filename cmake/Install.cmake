@@ -27,7 +27,7 @@ install(TARGETS TextureHost EXPORT TextureHostTargets
         INCLUDES DESTINATION ${TEXTURE_INCLUDE_DIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/ DESTINATION ${TEXTURE_INCLUDE_DIR}/host
         FILES_MATCHING PATTERN "*.h"
-        PATTERN "FileEncoding.h" EXCLUDE)  # the image library's types stay private
+        PATTERN "FileEncoding.h" EXCLUDE PATTERN "PngOutput.h" EXCLUDE)  # the image library's types stay private
 install(EXPORT TextureHostTargets NAMESPACE Texture::
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/TextureHost)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/TextureHostConfig.cmake.in

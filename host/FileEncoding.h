@@ -26,7 +26,7 @@ public:
     int ChannelCount() const { return mChannelCount; }
     int Bits() const { return mBits; }
     std::size_t PixelBytes() const { return mDataType.size() * mChannelCount; }
-    /// The compression as the image library names it ("zip:1", "piz", "none"); empty for
+    /// The compression by name ("zip:1", "zip:1:rle", "piz", "none"); empty for
     /// formats without a lossless choice, which keep their own.
     const std::string& Compression() const { return mCompression; }
 

@@ -46,7 +46,7 @@ struct FileLayout {
     std::string ProblemFor(const std::string& path) const;
     /// The bits per channel a file at `path` gets: `bits`, or the format's own for 0.
     int BitsFor(const std::string& path) const;
-    /// The compression a file at `path` gets, as the image library names it ("zip:1", "piz",
+    /// The compression a file at `path` gets, by name ("zip:1", "zip:1:rle", "piz",
     /// "none"); empty for formats without a lossless choice and for layouts ProblemFor refuses.
     std::string CompressionFor(const std::string& path) const;
 };

@@ -14,6 +14,7 @@
 #include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
+#include "host/PngOutput.h"
 
 namespace {
 
@@ -125,7 +126,7 @@ bool Image::WriteFile(const std::string& path, const FileLayout& layout, std::st
     if (mSizeX <= 0 || mSizeY <= 0)
         return fail(error, where + "the image is empty (" + std::to_string(mSizeX) + " x " +
                                std::to_string(mSizeY) + " pixels)");
-    auto output = OIIO::ImageOutput::create(path);
+    auto output = PngOutput::WriterFor(path);
     if (!output) {
         const std::string extension = lowerExtension(path);
         ImageLibraryError({});

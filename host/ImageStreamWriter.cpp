@@ -18,6 +18,7 @@
 #include "host/FileEncoding.h"
 #include "host/Image.h"
 #include "host/ImageLibraryError.h"
+#include "host/PngOutput.h"
 
 namespace {
 
@@ -149,7 +150,7 @@ std::unique_ptr<ImageStreamWriter> ImageStreamWriter::Open(const std::string& pa
     if (width <= 0 || height <= 0)
         return refuse("the image is empty (" + std::to_string(width) + " x " +
                       std::to_string(height) + " pixels)");
-    state->output = OIIO::ImageOutput::create(named);
+    state->output = PngOutput::WriterFor(named);
     if (!state->output) {
         ImageLibraryError({});
         const std::string extension = std::filesystem::path(named).extension().string();

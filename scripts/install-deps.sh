@@ -8,7 +8,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-base-dev qt6-base-dev-tools libgl-dev libqt6opengl6-dev
   libboost-thread-dev libboost-system-dev
-  libopenimageio-dev openimageio-tools
+  libopenimageio-dev openimageio-tools zlib1g-dev
   libassimp-dev
   nlohmann-json3-dev libcli11-dev
   libhwy-dev

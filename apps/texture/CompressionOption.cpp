@@ -13,7 +13,7 @@ CLI::Option* AddCompressionOption(CLI::App& command, FileCompression& compressio
                         "expects 0 to 9, none, fast or small, not '" + given + "'");
             },
             "lossless, the pixels the same whatever is chosen: none, fast (the default: zip "
-            "level 1 for PNG and TIFF, PIZ for EXR), small (zip level 9; PIZ for float EXR) or a "
-            "zip level 0 (stored, as none) to 9")
+            "level 1, for PNG matching runs only; PIZ for EXR), small (zip level 9; PIZ for float "
+            "EXR) or a zip level 0 (stored, as none) to 9")
         ->option_text("0-9|none|fast|small");
 }

@@ -165,7 +165,7 @@ TEST(BatchCommandTest, FilesAreReproducible) {
         std::ifstream in(file, std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(in), {});
     };
-    for (const char* extension : {".exr", ".tif"}) {
+    for (const char* extension : {".exr", ".tif", ".png"}) {
         SCOPED_TRACE(extension);
         std::string date;
         const std::string first = render(std::string("a") + extension, &date);
