@@ -35,7 +35,8 @@ Examples:
   texture assemble tile-*.tile.json -o full.tif --bits 16 --tiled
   texture assemble tile-*.tile.json -o full.png --compression small
 
-Exit status: 0 written, 1 the output could not be written, 2 a bad, foreign or incomplete set.)";
+Exit status: 0 written, 1 the output could not be written, 2 an option the output's format
+refuses, or a bad, foreign or incomplete set.)";
 
 // Pixels of all tiles of a tile row read and written at once, in bands of a multiple of 256
 // rows: the file tile side of tiled tile renders.
@@ -250,6 +251,17 @@ int RunAssembleCommand(const AssembleRequest& request) {
     options.tiled = request.tiled;
     options.tileSide = request.tileSide;
     options.compression = request.compression;
+    // Checked before a pixel is read, naming the option at fault as `texture render` does.
+    FileLayout layout;
+    layout.bits = options.bits;
+    for (const auto& [compression, option] :
+         {std::pair{FileCompression{}, "--bits"}, {request.compression, "--compression"}}) {
+        layout.compression = compression;
+        if (const std::string problem = layout.ProblemFor(request.output); !problem.empty()) {
+            std::cerr << "error: " << problem << " (" << option << ")\n";
+            return 2;
+        }
+    }
     try {
         AtomicFile temporary(request.output);
         auto writer = ImageStreamWriter::Open(temporary.GetTemporaryPath(), first.width,

@@ -1,5 +1,6 @@
 // `texture assemble` joins a complete 3 x 2 split bit for bit and refuses, naming the tile, a
-// set with a tile missing, given twice or from another render.
+// set with a tile missing, given twice or from another render, and, naming the option, bits or a
+// compression the output's format cannot take.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,8 @@ namespace {
 /// runs `texture assemble` on the manifests, spoilt first by `spoil`, into `out`.
 testsupport::CommandResult Assemble(const testsupport::TempFolder& folder,
                                     const std::string& extension, int bits, const std::string& out,
-                                    const std::function<void(Manifests&)>& spoil = {}) {
+                                    const std::function<void(Manifests&)>& spoil = {},
+                                    const std::vector<std::string>& options = {}) {
     const TilePlan plan = *TilePlan::Split(kWidth, kHeight, 3, 2, nullptr);
     Manifests manifests;
     for (int i = 0; i < plan.Count(); ++i) {
@@ -36,6 +38,7 @@ testsupport::CommandResult Assemble(const testsupport::TempFolder& folder,
     if (spoil)
         spoil(manifests);
     std::vector<std::string> arguments = {"assemble", "-o", out};
+    arguments.insert(arguments.end(), options.begin(), options.end());
     arguments.insert(arguments.end(), manifests.begin(), manifests.end());
     return testsupport::RunTexture(arguments);
 }
@@ -85,6 +88,27 @@ TEST(AssembleTest, IncompleteDuplicatedOrForeignTilesAreRefusedByName) {
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_NE(run.err.find(c.named), std::string::npos) << run.err;
         EXPECT_FALSE(std::filesystem::exists(folder / "out.png"));
+    }
+}
+
+TEST(AssembleTest, OptionsTheOutputFormatRefusesAreNamed) {
+    const struct {
+        const char* out;
+        std::vector<std::string> options;
+        const char* named;
+    } cases[] = {
+        {"out.png", {"--bits", "32"}, "PNG files hold 8 or 16 bits per channel, not 32 (--bits)"},
+        {"out.jpg", {"--compression", "3"}, "JPEG files have no compression to choose"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.out);
+        testsupport::TempFolder folder;
+        const testsupport::CommandResult run =
+            Assemble(folder, ".png", 8, folder / c.out, {}, c.options);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_NE(run.err.find(c.named), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find(c.options[0] + ")"), std::string::npos) << run.err;
+        EXPECT_FALSE(std::filesystem::exists(folder / c.out));
     }
 }
 
