@@ -1,7 +1,9 @@
 #include "host/PngOutput.h"
 
-#include <OpenImageIO/thread.h>
 #include <zlib.h>
+
+#include <boost/asio/post.hpp>
+#include <boost/asio/thread_pool.hpp>
 
 #include <algorithm>
 #include <bit>
@@ -48,7 +50,7 @@ int ColourType(int channels) {
 
 }  // namespace
 
-// Rows handed over, then filtered and deflated on a thread of the library's pool.
+// Rows handed over, then filtered and deflated on a thread of their own.
 struct PngOutput::Band {
     std::size_t rowBytes = 0;
     bool sixteen = false;
@@ -120,6 +122,8 @@ std::unique_ptr<OIIO::ImageOutput> PngOutput::WriterFor(const std::string& path)
     return output;
 }
 
+PngOutput::PngOutput() = default;
+
 PngOutput::~PngOutput() {
     Discard();
 }
@@ -152,6 +156,11 @@ bool PngOutput::open(const std::string& name, const OIIO::ImageSpec& spec, OpenM
     mRunsOnly = m_spec.get_string_attribute("png:compressionStrategy") == "rle";
     mRowBytes = m_spec.scanline_bytes();
     mBandRows = static_cast<int>(std::max<std::size_t>(1, kBandBytes / mRowBytes));
+    mThreads = threads();
+    if (mThreads <= 0)
+        OIIO::getattribute("threads", mThreads);
+    if (mThreads <= 0)
+        mThreads = static_cast<int>(std::thread::hardware_concurrency());
     mNextRow = 0;
     mAdler = 1;
     mLastRow.assign(mRowBytes, 0);
@@ -222,25 +231,31 @@ void PngOutput::SendBand(bool last) {
     std::shared_ptr<Band> band = std::move(mFilling);
     band->last = last;
     mLastRow.assign(band->given.end() - static_cast<std::ptrdiff_t>(mRowBytes), band->given.end());
-    mCompressing.push_back(OIIO::default_thread_pool()->push([band](int) {
+    auto compress = [band] {
         band->Compress();
         return band;
-    }));
+    };
+    // A picture of one band, or one thread: the band is compressed when its turn to be written
+    // comes. The threads live as long as the file, so that their memory is reused band by band.
+    if (mThreads <= 1 || (last && !mPool)) {
+        mCompressing.push_back(std::async(std::launch::deferred, compress));
+        return;
+    }
+    if (!mPool)
+        mPool = std::make_unique<boost::asio::thread_pool>(mThreads);
+    std::packaged_task<std::shared_ptr<Band>()> task(compress);
+    mCompressing.push_back(task.get_future());
+    boost::asio::post(*mPool, std::move(task));
 }
 
 bool PngOutput::WriteFinishedBands(bool all) {
-    OIIO::thread_pool* pool = OIIO::default_thread_pool();
-    // A few bands in flight keep the threads busy; more would only hold memory.
-    const std::size_t inFlight = static_cast<std::size_t>(std::max(2, pool->size() + 1));
+    // A band waiting for each thread keeps them busy; more would only hold memory.
+    const auto inFlight = static_cast<std::size_t>(2 * std::max(1, mThreads));
     while (!mCompressing.empty()) {
         auto& front = mCompressing.front();
-        const bool ready = front.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-        if (!ready && !all && mCompressing.size() <= inFlight)
+        if (!all && mCompressing.size() < inFlight &&
+            front.wait_for(std::chrono::seconds(0)) == std::future_status::timeout)
             return true;
-        // Waiting, this thread compresses a band rather than idling.
-        while (front.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-            if (!pool->run_one_task(std::this_thread::get_id()))
-                front.wait();
         std::shared_ptr<Band> band = front.get();
         mCompressing.pop_front();
         if (band->failed) {
@@ -300,6 +315,7 @@ void PngOutput::Discard() {
     for (auto& band : mCompressing)
         band.wait();
     mCompressing.clear();
+    mPool.reset();
     mFilling.reset();
     if (mOpen)
         ioproxy_clear();

@@ -9,17 +9,21 @@
 #include <string>
 #include <vector>
 
+namespace boost::asio {
+class thread_pool;
+}
+
 /// Writes PNG files for the image library, in its writer interface, compressing bands of rows
-/// on the library's threads while later rows are still coming: the library's own PNG writer
-/// deflates every row on the calling thread, which on a 16-bit picture takes longer than
-/// rendering it.
+/// on as many threads as threads() allows (the library's "threads" attribute) while later rows
+/// are still coming: the library's own PNG writer deflates every row on the calling thread,
+/// which on a 16-bit picture takes longer than rendering it.
 ///
 /// Rows come top to bottom (scanlines only, 8 or 16 bits, 1 to 4 channels). Each row is filtered
 /// against the row above ("up"). Every band of rows (about 1 MiB, whatever the calls' sizes) is
 /// deflated on its own, ending on a byte boundary, and the bands follow one another in one zlib
 /// stream, so a file has the same bytes however its rows were handed over and whatever the
 /// number of threads. A band starts without the previous band's window, which costs a file
-/// well under 1 % of its size.
+/// a few hundredths of a percent of its size.
 ///
 /// The spec's "png:compressionLevel" (0 to 9, default 6) sets the zip level, and
 /// "png:compressionStrategy" "rle" limits matches to runs of one repeated byte: on noise
@@ -32,7 +36,7 @@ public:
     /// Null, with the library's error pending, when no format matches.
     static std::unique_ptr<OIIO::ImageOutput> WriterFor(const std::string& path);
 
-    PngOutput() = default;
+    PngOutput();
     ~PngOutput() override;
 
     const char* format_name() const override { return "png"; }
@@ -62,11 +66,13 @@ private:
     bool mRunsOnly = false;
     std::size_t mRowBytes = 0;
     int mBandRows = 1;
-    int mNextRow = 0;                     // rows [0, mNextRow) are handed over
+    int mThreads = 1;  // the image library's, at most as many bands compressing at once
+    int mNextRow = 0;  // rows [0, mNextRow) are handed over
     std::shared_ptr<Band> mFilling;       // the band taking rows
     std::vector<unsigned char> mLastRow;  // as given, for the "up" filter of the next band
     std::deque<std::future<std::shared_ptr<Band>>> mCompressing;
-    std::uint32_t mAdler = 1;  // of all the filtered bytes written so far
+    std::unique_ptr<boost::asio::thread_pool> mPool;  // once a second band is on its way
+    std::uint32_t mAdler = 1;                         // of all the filtered bytes written so far
     bool mOpen = false;
     std::vector<unsigned char> mScratch;
 };

@@ -45,11 +45,12 @@ Picture MakePicture(int width, int height, int channels, OIIO::TypeDesc type) {
 
 // Writes `picture` to `path`, `rowsPerCall` rows a call (0: the whole image at once).
 void Write(const std::string& path, const Picture& picture, int rowsPerCall,
-           const char* strategy = "rle") {
+           const char* strategy = "rle", int threads = 0) {
     OIIO::ImageSpec spec(picture.width, picture.height, picture.channels, picture.type);
     spec.attribute("png:compressionLevel", 1);
     spec.attribute("png:compressionStrategy", strategy);
     PngOutput output;
+    output.threads(threads);
     ASSERT_TRUE(output.open(path, spec)) << output.geterror();
     if (rowsPerCall == 0) {
         ASSERT_TRUE(output.write_image(picture.type, picture.bytes.data())) << output.geterror();
@@ -103,14 +104,9 @@ TEST(PngOutputTest, ReadsBackExactlyForEveryDepthAndChannelCount) {
 TEST(PngOutputTest, TheBytesDoNotDependOnThreadsOrHowRowsArrive) {
     const testsupport::TempFolder folder;
     const Picture picture = MakePicture(2048, 150, 4, OIIO::TypeDesc::UINT16);
-    int threads = 0;
-    OIIO::getattribute("threads", threads);
-    OIIO::attribute("threads", 1);
-    Write(folder / "whole.png", picture, 0);
-    OIIO::attribute("threads", 4);
-    Write(folder / "rows.png", picture, 1);
-    Write(folder / "bands.png", picture, 64);
-    OIIO::attribute("threads", threads);
+    Write(folder / "whole.png", picture, 0, "rle", 1);
+    Write(folder / "rows.png", picture, 1, "rle", 4);
+    Write(folder / "bands.png", picture, 64, "rle", 4);
     const std::vector<char> whole = FileBytes(folder / "whole.png");
     EXPECT_TRUE(FileBytes(folder / "rows.png") == whole);
     EXPECT_TRUE(FileBytes(folder / "bands.png") == whole);
