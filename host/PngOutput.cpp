@@ -50,7 +50,7 @@ int ColourType(int channels) {
 
 }  // namespace
 
-// Rows handed over, then filtered and deflated on a thread of their own.
+// Rows handed over, then filtered and deflated on one of the file's threads.
 struct PngOutput::Band {
     std::size_t rowBytes = 0;
     bool sixteen = false;
@@ -312,8 +312,7 @@ bool PngOutput::close() {
 }
 
 void PngOutput::Discard() {
-    for (auto& band : mCompressing)
-        band.wait();
+    // Bands own their rows: bands not started are dropped, the threads finish the ones they hold.
     mCompressing.clear();
     mPool.reset();
     mFilling.reset();

@@ -123,6 +123,15 @@ TEST(PngOutputTest, RefusesRowsOutOfOrderAndMissingRows) {
     EXPECT_FALSE(output.close());
     EXPECT_NE(output.geterror().find("only 1 of the PNG file's 4 rows"), std::string::npos);
 
+    // Bands already on the file's threads when it closes short.
+    const Picture large = MakePicture(2048, 150, 4, OIIO::TypeDesc::UINT16);
+    output.threads(4);
+    ASSERT_TRUE(
+        output.open(folder / "short.png", OIIO::ImageSpec(2048, 150, 4, OIIO::TypeDesc::UINT16)));
+    ASSERT_TRUE(output.write_scanlines(0, 100, 0, large.type, large.bytes.data()));
+    EXPECT_FALSE(output.close());
+    EXPECT_NE(output.geterror().find("only 100 of the PNG file's 150 rows"), std::string::npos);
+
     OIIO::ImageSpec tiled(32, 32, 3, OIIO::TypeDesc::UINT8);
     tiled.tile_width = tiled.tile_height = 16;
     EXPECT_FALSE(output.open(folder / "tiles.png", tiled));
