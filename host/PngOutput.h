@@ -25,11 +25,11 @@ class thread_pool;
 /// number of threads. A band starts without the previous band's window, which costs a file
 /// a few hundredths of a percent of its size.
 ///
-/// The spec's "png:compressionLevel" (0 to 9, default 6) sets the zip level, and
+/// The ImageSpec attribute "png:compressionLevel" (0 to 9, default 6) sets the zip level, and
 /// "png:compressionStrategy" "rle" limits matches to runs of one repeated byte: on noise
 /// textures that deflates twice as fast as full matching at level 1, for files within a few
 /// percent of its size (and smaller ones for 8 bits). Besides the pixels a file holds only the
-/// spec's "DateTime", as its modification time.
+/// ImageSpec's "DateTime", as its modification time.
 class PngOutput final : public OIIO::ImageOutput {
 public:
     /// The writer the image library offers for `path`'s extension, or this one for PNG files.
@@ -58,7 +58,7 @@ private:
     // Writes the finished bands at the front; with `all`, waits for every band.
     bool WriteFinishedBands(bool all);
     bool WriteChunk(const char type[4], const unsigned char* data, std::size_t size);
-    // The modification time chunk for the spec's "DateTime" ("YYYY:MM:DD hh:mm:ss"), if any.
+    // The modification time chunk for the ImageSpec's "DateTime" ("YYYY:MM:DD hh:mm:ss"), if any.
     bool WriteTime(const std::string& date);
     void Discard();
 
